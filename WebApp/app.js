@@ -1,0 +1,134 @@
+import { element, mark, notice } from "./dom.js";
+import { Host } from "./host.js";
+import { proposedFileName } from "./logic/file-name.js";
+import { readHostInfo } from "./logic/host-info.js";
+import * as memory from "./memory.js";
+import { Service } from "./service.js";
+import { language, setLanguage, text } from "./text.js";
+import { Upload } from "./upload.js";
+import { Value } from "./value.js";
+import { mainView } from "./views/main.js";
+import { signInView } from "./views/sign-in.js";
+
+const root = document.getElementById("app");
+const project = new Value("");
+const place = new Value(null);
+const draft = new Value({ fileName: "", onlyVisible: false });
+let screen = new AbortController();
+
+const host = await Host.find();
+const info = host && readHostInfo(await host.applicationInfo().catch(() => ""));
+setLanguage(info ? info.language : navigator.language.slice(0, 2));
+document.documentElement.lang = language();
+document.title = text("app.title");
+
+const service = new Service(info ? info.apiBase : new URL("api/", document.baseURI).href);
+const upload = new Upload(host, service, memory.pendingUpload);
+
+service.token = memory.signedIn.get()?.token ?? null;
+service.onSignInExpired = () => showSignIn(text("error.expired"));
+
+draft.watch((filled) => {
+    if (project.get()) memory.draft.set({ project: project.get(), ...filled });
+});
+
+await openScreen();
+if (host) {
+    window.listenToPageCalls({
+        RequestFileName: () => takeProjectName(false),
+        CompleteExportModel: () => upload.complete(),
+        FailExportModel: () => upload.fail(),
+    });
+    await takeProjectName(true);
+    await upload.resume();
+}
+
+/** Learns the open project's name; what was filled in for this very project may be kept. */
+async function takeProjectName(keepDraft) {
+    const name = await host.projectName().catch(() => "");
+    const kept = memory.draft.get();
+    project.set(name);
+    if (keepDraft && kept?.project === name) {
+        draft.set({ fileName: kept.fileName, onlyVisible: kept.onlyVisible });
+    } else {
+        draft.set({ ...draft.get(), fileName: proposedFileName(name) });
+    }
+    await host.registerFileName(name).catch(() => {});
+}
+
+async function openScreen() {
+    if (!service.token) {
+        showSignIn();
+        return;
+    }
+    try {
+        const session = await service.session();
+        showMain(session.user ?? memory.signedIn.get().user);
+    } catch (error) {
+        if (error.status !== 401) showUnreachable(error.message);
+    }
+}
+
+/** Replaces what the window shows; the watchers of the former screen end. */
+function show(make) {
+    screen.abort();
+    screen = new AbortController();
+    root.className = "";
+    root.replaceChildren(make(screen.signal));
+}
+
+function showSignIn(message) {
+    memory.signedIn.set(null);
+    place.set(null);
+    const { view, ready } = signInView({
+        service,
+        message,
+        lastUser: memory.choices.get()?.user ?? "",
+        onSignedIn({ token, user }) {
+            memory.signedIn.set({ token, user });
+            memory.choices.set({ ...memory.choices.get(), user });
+            showMain(user);
+        },
+    });
+    show(() => view);
+    ready();
+}
+
+function showMain(user) {
+    show((signal) =>
+        mainView({
+            user,
+            host,
+            info,
+            service,
+            upload,
+            project,
+            place,
+            draft,
+            choices: memory.choices,
+            signal,
+            onSignOut() {
+                service.signOut().catch(() => {});
+                upload.forget();
+                showSignIn();
+            },
+        }),
+    );
+}
+
+function showUnreachable(message) {
+    const retry = element(
+        "button",
+        { type: "button", class: "primary wide", onclick: openScreen },
+        text("start.retry"),
+    );
+    show(() =>
+        element(
+            "main",
+            { class: "gate" },
+            mark(56),
+            element("h1", {}, text("start.failed")),
+            element("div", { class: "card", role: "alert" }, notice("failed", message), retry),
+        ),
+    );
+}

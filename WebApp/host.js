@@ -1,0 +1,46 @@
+/* global KESTAPI */
+const patience = 1500;
+const interval = 25;
+
+// The host may bind the object as a global that is no property of the window.
+const isThere = () => typeof KESTAPI !== "undefined" && KESTAPI !== null;
+
+/** The host application around this page, or nothing when the page was opened in a browser of its own. */
+export class Host {
+    /** The host, or null when none shows up within a moment. */
+    static async find() {
+        for (let waited = 0; !isThere() && waited < patience; waited += interval) {
+            await new Promise((resolve) => setTimeout(resolve, interval));
+        }
+        return isThere() ? new Host() : null;
+    }
+
+    /** What the host says about itself, as one line of text. */
+    applicationInfo() {
+        return KESTAPI.GetApplicationInfo();
+    }
+
+    /** The open project's name, empty when the host has none. */
+    async projectName() {
+        return String((await KESTAPI.RequestFileName()) ?? "");
+    }
+
+    registerFileName(name) {
+        return KESTAPI.RegisterIfcFileName(name);
+    }
+
+    /**
+     * Has the open model exported and uploaded. The answer only says that it was begun; the host calls
+     * CompleteExportModel or FailExportModel in the page when it ended.
+     */
+    exportModel({ token, projectId, folderId, fileName, onlyVisible }) {
+        return KESTAPI.ExportIFCModel(
+            JSON.stringify({ token, projectId, folderId, fileName, onlyVisible, useMapFile: false }),
+        );
+    }
+
+    /** The service's answer to the last upload that it answered; empty before the first. */
+    async uploadAnswer() {
+        return String((await KESTAPI.GetIfcDocuments()) ?? "");
+    }
+}

@@ -1,0 +1,37 @@
+const extension = /\.ifc$/i;
+const forbidden = /[\p{Cc}\p{Cs}\u2028\u2029/\\:*?"<>|]/u;
+const longestName = 200;
+
+/**
+ * Checks what a person typed as the name of an exported model.
+ * Gives { name } without ".ifc" and outer blanks, and with it { problem } when the name cannot be used:
+ * "empty", "character", "dots" or "long" (more than 200 bytes in UTF-8).
+ */
+export function checkFileName(typed) {
+    const name = typed.trim().replace(extension, "");
+    return { name, problem: problemOf(name) };
+}
+
+function problemOf(name) {
+    if (name.trim() === "") return "empty";
+    if (forbidden.test(name)) return "character";
+    if (name.startsWith(".") || name.includes("..") || /[. ]$/.test(name)) return "dots";
+    if (new TextEncoder().encode(name).length > longestName) return "long";
+    return null;
+}
+
+/** The name proposed for a project: usable as it stands, or empty when the project has no name. */
+export function proposedFileName(projectName) {
+    const cleaned = projectName
+        .replace(new RegExp(forbidden, "gu"), "-")
+        .replace(/\.{2,}/g, ".")
+        .trim()
+        .replace(extension, "")
+        .replace(/^\.+|[. ]+$/g, "");
+    let name = "";
+    for (const character of cleaned) {
+        if (checkFileName(name + character).problem === "long") break;
+        name += character;
+    }
+    return name;
+}

@@ -1,0 +1,36 @@
+// What the page remembers: the sign-in and a running upload until the host is left, choices for good.
+
+function remembered(store, name) {
+    const key = `kestrane.${name}`;
+    let fallback = null; // where the browser keeps nothing, the page's own life must do
+    return {
+        get() {
+            try {
+                return JSON.parse(store().getItem(key));
+            } catch {
+                return fallback;
+            }
+        },
+        set(value) {
+            fallback = value;
+            try {
+                if (value === null) store().removeItem(key);
+                else store().setItem(key, JSON.stringify(value));
+            } catch {
+                // A full or forbidden store: the value holds until the next reload.
+            }
+        },
+    };
+}
+
+const session = () => window.sessionStorage;
+const local = () => window.localStorage;
+
+/** { token, user } of the person signed in. */
+export const signedIn = remembered(session, "signedIn");
+/** The upload under way, see upload.js. */
+export const pendingUpload = remembered(session, "upload");
+/** { project, fileName, onlyVisible }: what was filled in, and for which open project. */
+export const draft = remembered(session, "draft");
+/** { user, projectId, folderId } chosen last. */
+export const choices = remembered(local, "choices");

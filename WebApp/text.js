@@ -1,0 +1,219 @@
+/** Every text that the page shows, by language. `{name}` is filled in by text(). */
+export const texts = {
+    en: {
+        "app.title": "Kestrane for Archicad",
+        "app.tagline": "Model coordination for Archicad",
+
+        "signIn.heading": "Sign in",
+        "signIn.user": "User name",
+        "signIn.password": "Password",
+        "signIn.submit": "Sign in",
+        "signIn.busy": "Signing in…",
+        "signIn.incomplete": "Enter your user name and your password.",
+        "signIn.hint": "Local service: demo / demo",
+        "signIn.out": "Sign out",
+        "signIn.as": "Signed in as {user}",
+
+        "start.failed": "Not connected",
+        "start.retry": "Try again",
+
+        "noHost.title": "Open inside Archicad",
+        "noHost.body":
+            "To upload your model, open this page in the Kestrane palette. Documents can be read here as well.",
+
+        "places.heading": "Destination",
+        "places.project": "Project",
+        "places.folder": "Folder",
+        "places.newProject": "New project",
+        "places.newFolder": "New folder",
+        "places.projectName": "Name of the new project",
+        "places.folderName": "Name of the new folder",
+        "places.noProject": "No project yet",
+        "places.noFolder": "No folder yet",
+        "places.loading": "Loading…",
+        "places.unavailable": "Not available",
+        "places.create": "Create",
+        "places.cancel": "Cancel",
+        "places.retry": "Try again",
+        "places.nameless": "Enter a name.",
+
+        "upload.heading": "Upload model",
+        "upload.model": "Open in Archicad: {project}",
+        "upload.noModel": "No project is open in Archicad",
+        "upload.fileName": "File name",
+        "upload.onlyVisible": "Only visible elements",
+        "upload.onlyVisibleHelp": "What the 3D window shows now",
+        "upload.submit": "Upload model",
+        "upload.noFolder": "Choose or create a folder first.",
+        "upload.running": "Exporting and uploading…",
+        "upload.runningHelp": "You can go on working meanwhile.",
+        "upload.stop": "Stop waiting",
+        "upload.done": "Uploaded",
+        "upload.notDone": "Not uploaded",
+        "upload.dismiss": "Close message",
+        "upload.failed":
+            "The model could not be exported, or the connection broke. Check that Archicad can save the project as IFC, then upload again.",
+        "upload.refused": "The service answered “{said}”. Upload again, or choose another folder.",
+        "upload.unreadable":
+            "The service gave no readable answer. Refresh the documents; if the model is missing, upload again.",
+        "upload.expired": "Your sign-in had expired. Upload again; your settings are kept.",
+        "upload.stoppedWaiting":
+            "The upload is still open. If it ends, its result is shown here; otherwise upload again.",
+
+        "fileName.empty": "Enter a file name.",
+        "fileName.character": 'Leave out control characters and these: / \\ : * ? " < > |',
+        "fileName.dots": "Leave out dots at the start or end, and two dots in a row.",
+        "fileName.long": "Choose a shorter name.",
+
+        "documents.heading": "Documents",
+        "documents.refresh": "Refresh",
+        "documents.loading": "Loading documents…",
+        "documents.empty": "No documents in this folder",
+        "documents.emptyHelp": "Upload your model to see it here.",
+        "documents.noFolder": "Choose a folder to see its documents",
+        "documents.version": "Version {version}",
+        "documents.download": "Download {name}",
+        "documents.downloading": "Downloading {name}…",
+        "documents.retry": "Try again",
+        "documents.by": "by {author}",
+
+        "host.heading": "About this host",
+        "host.language": "Language",
+        "host.languageName": "English",
+        "host.addOnVersion": "Add-on version",
+        "host.hostVersion": "Archicad version",
+        "host.service": "Service",
+        "host.project": "Open project",
+        "host.none": "None",
+
+        "error.unreachable":
+            "The service at {address} does not answer. Check that it is running, then try again.",
+        "error.unreadable":
+            "The service at {address} gave an answer that cannot be read. Check the address with your administrator.",
+        "error.credentials": "User name or password is wrong. Check both and try again.",
+        "error.expired": "Your sign-in has expired. Sign in again; your choices are kept.",
+        "error.gone": "It no longer exists on the service. Choose another project or folder.",
+        "error.exists": "This name is taken. Choose another name.",
+        "error.full": "The service has no space left. Delete documents or ask your administrator for more.",
+        "error.server": "The service had a problem ({said}). Try again in a moment.",
+        "error.refused": "The service refused this ({said}). Check your entry and try again.",
+    },
+    de: {
+        "app.title": "Kestrane für Archicad",
+        "app.tagline": "Modellkoordination für Archicad",
+
+        "signIn.heading": "Anmelden",
+        "signIn.user": "Benutzername",
+        "signIn.password": "Passwort",
+        "signIn.submit": "Anmelden",
+        "signIn.busy": "Anmeldung läuft…",
+        "signIn.incomplete": "Geben Sie Benutzername und Passwort ein.",
+        "signIn.hint": "Lokaler Dienst: demo / demo",
+        "signIn.out": "Abmelden",
+        "signIn.as": "Angemeldet als {user}",
+
+        "start.failed": "Nicht verbunden",
+        "start.retry": "Erneut versuchen",
+
+        "noHost.title": "In Archicad öffnen",
+        "noHost.body":
+            "Um Ihr Modell hochzuladen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
+
+        "places.heading": "Ziel",
+        "places.project": "Projekt",
+        "places.folder": "Ordner",
+        "places.newProject": "Neues Projekt",
+        "places.newFolder": "Neuer Ordner",
+        "places.projectName": "Name des neuen Projekts",
+        "places.folderName": "Name des neuen Ordners",
+        "places.noProject": "Noch kein Projekt",
+        "places.noFolder": "Noch kein Ordner",
+        "places.loading": "Wird geladen…",
+        "places.unavailable": "Nicht verfügbar",
+        "places.create": "Anlegen",
+        "places.cancel": "Abbrechen",
+        "places.retry": "Erneut versuchen",
+        "places.nameless": "Geben Sie einen Namen ein.",
+
+        "upload.heading": "Modell hochladen",
+        "upload.model": "In Archicad geöffnet: {project}",
+        "upload.noModel": "In Archicad ist kein Projekt geöffnet",
+        "upload.fileName": "Dateiname",
+        "upload.onlyVisible": "Nur sichtbare Elemente",
+        "upload.onlyVisibleHelp": "Was das 3D-Fenster gerade zeigt",
+        "upload.submit": "Modell hochladen",
+        "upload.noFolder": "Wählen Sie zuerst einen Ordner oder legen Sie einen an.",
+        "upload.running": "Export und Upload laufen…",
+        "upload.runningHelp": "Sie können inzwischen weiterarbeiten.",
+        "upload.stop": "Nicht mehr warten",
+        "upload.done": "Hochgeladen",
+        "upload.notDone": "Nicht hochgeladen",
+        "upload.dismiss": "Meldung schließen",
+        "upload.failed":
+            "Das Modell konnte nicht exportiert werden, oder die Verbindung ist abgebrochen. Prüfen Sie, ob Archicad das Projekt als IFC sichern kann, und laden Sie es erneut hoch.",
+        "upload.refused":
+            "Der Dienst hat „{said}“ geantwortet. Laden Sie erneut hoch oder wählen Sie einen anderen Ordner.",
+        "upload.unreadable":
+            "Der Dienst hat keine lesbare Antwort gegeben. Aktualisieren Sie die Dokumente; fehlt das Modell, laden Sie es erneut hoch.",
+        "upload.expired": "Ihre Anmeldung war abgelaufen. Laden Sie erneut hoch; Ihre Angaben sind noch da.",
+        "upload.stoppedWaiting":
+            "Der Upload ist noch offen. Endet er, steht sein Ergebnis hier; sonst laden Sie erneut hoch.",
+
+        "fileName.empty": "Geben Sie einen Dateinamen ein.",
+        "fileName.character": 'Nicht erlaubt sind Steuerzeichen und diese Zeichen: / \\ : * ? " < > |',
+        "fileName.dots": "Nicht erlaubt sind Punkte am Anfang oder Ende und zwei Punkte hintereinander.",
+        "fileName.long": "Wählen Sie einen kürzeren Namen.",
+
+        "documents.heading": "Dokumente",
+        "documents.refresh": "Aktualisieren",
+        "documents.loading": "Dokumente werden geladen…",
+        "documents.empty": "Keine Dokumente in diesem Ordner",
+        "documents.emptyHelp": "Laden Sie Ihr Modell hoch, dann erscheint es hier.",
+        "documents.noFolder": "Wählen Sie einen Ordner, um seine Dokumente zu sehen",
+        "documents.version": "Version {version}",
+        "documents.download": "{name} herunterladen",
+        "documents.downloading": "{name} wird heruntergeladen…",
+        "documents.retry": "Erneut versuchen",
+        "documents.by": "von {author}",
+
+        "host.heading": "Über diese Umgebung",
+        "host.language": "Sprache",
+        "host.languageName": "Deutsch",
+        "host.addOnVersion": "Add-on-Version",
+        "host.hostVersion": "Archicad-Version",
+        "host.service": "Dienst",
+        "host.project": "Geöffnetes Projekt",
+        "host.none": "Keines",
+
+        "error.unreachable":
+            "Der Dienst unter {address} antwortet nicht. Prüfen Sie, ob er läuft, und versuchen Sie es erneut.",
+        "error.unreadable":
+            "Die Antwort des Dienstes unter {address} ist nicht lesbar. Prüfen Sie die Adresse mit Ihrer Administration.",
+        "error.credentials":
+            "Benutzername oder Passwort ist falsch. Prüfen Sie beides und versuchen Sie es erneut.",
+        "error.expired":
+            "Ihre Anmeldung ist abgelaufen. Melden Sie sich erneut an; Ihre Auswahl bleibt erhalten.",
+        "error.gone":
+            "Das gibt es auf dem Dienst nicht mehr. Wählen Sie ein anderes Projekt oder einen anderen Ordner.",
+        "error.exists": "Dieser Name ist vergeben. Wählen Sie einen anderen.",
+        "error.full":
+            "Der Dienst hat keinen Platz mehr. Löschen Sie Dokumente oder wenden Sie sich an Ihre Administration.",
+        "error.server": "Der Dienst hatte ein Problem ({said}). Versuchen Sie es gleich noch einmal.",
+        "error.refused":
+            "Der Dienst hat das abgelehnt ({said}). Prüfen Sie Ihre Eingabe und versuchen Sie es erneut.",
+    },
+};
+
+let current = "en";
+
+export const language = () => current;
+
+/** Chooses the language of all later texts; any other than the known ones means English. */
+export function setLanguage(code) {
+    current = Object.hasOwn(texts, code) ? code : "en";
+}
+
+/** The text of this key with its places filled in. */
+export function text(key, values = {}) {
+    return texts[current][key].replace(/\{(\w+)\}/g, (_, name) => String(values[name]));
+}

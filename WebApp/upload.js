@@ -1,0 +1,104 @@
+import { readUploadAnswer } from "./logic/upload-answer.js";
+import { text } from "./text.js";
+import { Value } from "./value.js";
+
+/**
+ * The upload of the open model, from the press of the button to the service's answer. It outlives views and
+ * sign-ins; what is under way is kept in `pending`, so that it outlives a reload of the page too.
+ */
+export class Upload {
+    /**
+     * { state: "idle" }
+     * { state: "running", since, fileName }: since when, in milliseconds since 1970
+     * { state: "done", document }: at least its id and name
+     * { state: "failed", message }
+     */
+    status = new Value({ state: "idle" });
+
+    constructor(host, service, pending) {
+        this.host = host;
+        this.service = service;
+        this.pending = pending;
+    }
+
+    /** Starts the export and upload, unless one is running. */
+    async start({ projectId, folderId, fileName, onlyVisible }) {
+        if (this.status.get().state === "running") return;
+        const since = Date.now();
+        this.status.set({ state: "running", since, fileName });
+        try {
+            // Better told now than after a long export.
+            await this.service.session();
+            const before = await this.host.uploadAnswer();
+            this.pending.set({ since, fileName, folderId, before });
+            const { token } = this.service;
+            await this.host.exportModel({ token, projectId, folderId, fileName, onlyVisible });
+        } catch (error) {
+            this.#end({ state: "failed", message: messageOf(error) });
+        }
+    }
+
+    /** Takes up the upload that was running before the page was loaded anew. */
+    async resume() {
+        const pending = this.pending.get();
+        if (!pending || this.status.get().state !== "idle") return;
+        this.status.set({ state: "running", since: pending.since, fileName: pending.fileName });
+        // It may have ended while there was no page to be told.
+        const answer = await this.host.uploadAnswer().catch(() => pending.before);
+        if (answer !== pending.before && this.status.get().state === "running") await this.complete();
+    }
+
+    /** The host got an answer from the service. */
+    async complete() {
+        const pending = this.pending.get();
+        const answer = readUploadAnswer(await this.host.uploadAnswer().catch(() => ""));
+        if (answer.document) {
+            this.#end({ state: "done", document: await this.#described(answer.document, pending) });
+            return;
+        }
+        const said = answer.error;
+        const refusal = said ? text("upload.refused", { said }) : text("upload.unreadable");
+        this.#end({ state: "failed", message: await this.#explained(refusal) });
+    }
+
+    /** The host could not export, or got no answer. */
+    async fail() {
+        this.#end({ state: "failed", message: await this.#explained(text("upload.failed")) });
+    }
+
+    /** Frees the page from an upload that never ends; a late answer is still shown. */
+    stopWaiting() {
+        this.#end({ state: "failed", message: text("upload.stoppedWaiting") });
+    }
+
+    /** Puts a result away that has been read. */
+    forget() {
+        if (this.status.get().state !== "running") this.status.set({ state: "idle" });
+    }
+
+    #end(status) {
+        this.pending.set(null);
+        this.status.set(status);
+    }
+
+    // The host does not hand on the status of the answer; the service itself knows whether the sign-in ended.
+    async #explained(message) {
+        if (!this.service.token) return text("upload.expired");
+        try {
+            await this.service.session();
+            return message;
+        } catch (error) {
+            return error.status === 401 ? text("upload.expired") : messageOf(error);
+        }
+    }
+
+    async #described(document, pending) {
+        if (document.name) return document;
+        const name = `${pending?.fileName ?? document.id}.ifc`;
+        if (!pending) return { ...document, name };
+        const listed = await this.service.documents(pending.folderId).catch(() => []);
+        return listed.find(({ id }) => id === document.id) ?? { ...document, name };
+    }
+}
+
+const messageOf = (error) => error?.message || String(error);

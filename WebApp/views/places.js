@@ -1,0 +1,49 @@
+import { element } from "../dom.js";
+import { text } from "../text.js";
+import { chooser } from "./chooser.js";
+
+/** The choice of project and folder; `place` follows it: { project, folder }, or null while there is none. */
+export function placesView({ service, place, choices }) {
+    let project = null;
+
+    const folders = chooser({
+        id: "folder",
+        words: {
+            label: "places.folder",
+            none: "places.noFolder",
+            add: "places.newFolder",
+            name: "places.folderName",
+        },
+        list: () => service.folders(project.id),
+        create: (name) => service.createFolder(project.id, name),
+        chosen(folder) {
+            place.set(project && folder ? { project, folder } : null);
+            if (folder) choices.set({ ...choices.get(), projectId: project.id, folderId: folder.id });
+        },
+    });
+
+    const projects = chooser({
+        id: "project",
+        words: {
+            label: "places.project",
+            none: "places.noProject",
+            add: "places.newProject",
+            name: "places.projectName",
+        },
+        list: () => service.projects(),
+        create: (name) => service.createProject(name),
+        chosen(next) {
+            project = next;
+            if (project) folders.load(choices.get()?.folderId);
+            else folders.clear();
+        },
+    });
+
+    projects.load(choices.get()?.projectId);
+    return element(
+        "section",
+        { class: "card places", "aria-label": text("places.heading") },
+        projects.view,
+        folders.view,
+    );
+}
