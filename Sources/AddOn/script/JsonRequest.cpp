@@ -1,0 +1,36 @@
+#include "script/JsonRequest.hpp"
+
+#include "JDOMParser.hpp"
+
+namespace {
+
+/// Null when the text does not parse, whichever way the parser says so.
+JSON::ValueRef Parse(const GS::UniString& text) {
+    try {
+        JSON::JDOMStringParser parser;
+        return parser.Parse(text);
+    } catch (const GS::Exception&) {
+        return nullptr;
+    }
+}
+
+}  // namespace
+
+JsonRequest::JsonRequest(const GS::UniString& text) : root(Parse(text)) {}
+
+std::optional<GS::UniString> JsonRequest::GetString(const char* name) const {
+    const JSON::ValueRef value = Find(name);
+    if (value == nullptr || !value->IsString()) return std::nullopt;
+    return JSON::StringValue::Cast(*value).Get();
+}
+
+std::optional<bool> JsonRequest::GetBool(const char* name) const {
+    const JSON::ValueRef value = Find(name);
+    if (value == nullptr || !value->IsBool()) return std::nullopt;
+    return JSON::BoolValue::Cast(*value).Get();
+}
+
+JSON::ValueRef JsonRequest::Find(const char* name) const {
+    if (root == nullptr || !root->IsObject()) return nullptr;
+    return JSON::ObjectValue::Cast(*root).Get(name);
+}

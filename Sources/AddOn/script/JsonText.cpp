@@ -1,0 +1,38 @@
+#include "script/JsonText.hpp"
+
+#include "ValueToString.hpp"
+
+namespace {
+
+GS::UniString NumberText(double number) {
+    char text[256] = {};
+    GS::valuetostr(number, text, sizeof text);
+    return GS::UniString(text);
+}
+
+}  // namespace
+
+GS::UniString WrapString(const GS::UniString& text, const GS::UniString& left, const GS::UniString& right) {
+    return left + text + right;
+}
+
+GS::UniString GetJSONElementString(const GS::UniString& name, const GS::UniString& value, bool raw) {
+    return WrapString(name, "\"", "\"") + ":" + (raw ? value : WrapString(value, "\"", "\""));
+}
+
+GS::UniString JoinStrings(const GS::Array<GS::UniString>& items, const GS::UniString& separator) {
+    GS::UniString joined;
+    for (USize i = 0; i < items.GetSize(); ++i) {
+        if (i > 0) joined += separator;
+        joined += items[i];
+    }
+    return joined;
+}
+
+GS::UniString GetUniStringFromVector(const API_Coord3D& vector) {
+    GS::Array<GS::UniString> members;
+    members.Push(GetJSONElementString("x", NumberText(vector.x), true));
+    members.Push(GetJSONElementString("y", NumberText(vector.y), true));
+    members.Push(GetJSONElementString("z", NumberText(vector.z), true));
+    return WrapString(JoinStrings(members, ","), "{", "}");
+}

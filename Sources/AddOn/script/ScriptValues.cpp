@@ -1,0 +1,62 @@
+#include "script/ScriptValues.hpp"
+
+namespace {
+
+/// The scalar; null for none or for one of another kind; throws for an object or array.
+GS::Ref<DG::JSValue> Scalar(const GS::Ref<DG::JSBase>& value) {
+    return GS::DynamicCast<DG::JSValue>(value);
+}
+
+}  // namespace
+
+GS::UniString GetStringFromJavaScriptVariable(const GS::Ref<DG::JSBase>& value) {
+    const GS::Ref<DG::JSValue> scalar = Scalar(value);
+    if (scalar == nullptr || scalar->GetType() != DG::JSValue::STRING) return GS::UniString();
+    return scalar->GetString();
+}
+
+double GetDoubleFromJSVariable(const GS::Ref<DG::JSBase>& value) {
+    const GS::Ref<DG::JSValue> scalar = Scalar(value);
+    if (scalar == nullptr) return 0.0;
+    if (scalar->GetType() == DG::JSValue::DOUBLE) return scalar->GetDouble();
+    if (scalar->GetType() == DG::JSValue::INTEGER) return scalar->GetInteger();
+    return 0.0;
+}
+
+bool GetBoolFromJSVariable(const GS::Ref<DG::JSBase>& value, bool* out) {
+    const GS::Ref<DG::JSValue> scalar = Scalar(value);
+    if (scalar == nullptr || scalar->GetType() != DG::JSValue::BOOL) return false;
+    *out = scalar->GetBool();
+    return true;
+}
+
+bool GetIntegerFromJSVariable(const GS::Ref<DG::JSBase>& value, int* out) {
+    const GS::Ref<DG::JSValue> scalar = Scalar(value);
+    if (scalar == nullptr || scalar->GetType() != DG::JSValue::INTEGER) return false;
+    *out = scalar->GetInteger();
+    return true;
+}
+
+bool GetAPI_Vector3DFromJSVariable(const GS::Ref<DG::JSBase>& value, API_Coord3D* out) {
+    if (value == nullptr) return false;
+
+    const auto& items = GS::DynamicCast<DG::JSObject>(value)->GetItemTable();
+    const auto read = [&items](const char* name, double& coordinate) {
+        const GS::Ref<DG::JSBase> item = items[name];
+        if (item == nullptr) return false;
+        coordinate = GetDoubleFromJSVariable(item);
+        return true;
+    };
+    return read("x", out->x) && read("y", out->y) && read("z", out->z);
+}
+
+GS::Array<GS::UniString> GetStringArrayFromJSVariable(const GS::Ref<DG::JSBase>& value) {
+    GS::Array<GS::UniString> texts;
+    if (value == nullptr) return texts;
+
+    for (const GS::Ref<DG::JSBase>& item : GS::DynamicCast<DG::JSArray>(value)->GetItemArray()) {
+        const GS::UniString text = GetStringFromJavaScriptVariable(item);
+        if (!text.IsEmpty()) texts.Push(text);
+    }
+    return texts;
+}
