@@ -1,0 +1,268 @@
+#include "Service/Api.hpp"
+
+#include <ctime>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "Service/Errors.hpp"
+#include "Service/Names.hpp"
+#include "Service/http/Form.hpp"
+#include "Service/http/Origin.hpp"
+
+namespace service {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr auto tokenHeader = "X-Project-Authorization";
+constexpr std::string_view tokenPrefix = "bearer ";
+constexpr auto defaultFolder = "Models";
+
+// ISO 8601, UTC.
+std::string TimeText(Time time) {
+    const std::time_t seconds = time.time_since_epoch().count();
+    std::tm parts{};
+    gmtime_r(&seconds, &parts);
+    std::string text(32, '\0');
+    text.resize(std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts));
+    return text;
+}
+
+Json ToJson(const Named& named) {
+    return {{"id", named.id}, {"name", named.name}};
+}
+
+Json ToJson(const Document& document) {
+    return {{"id", document.id},
+            {"name", document.name},
+            {"version", document.version},
+            {"size", document.size},
+            {"created", TimeText(document.created)},
+            {"author", document.author},
+            {"folderId", document.folderId}};
+}
+
+template <typename Item>
+Json ToJson(const std::vector<Item>& items) {
+    Json list = Json::array();
+    for (const Item& item : items)
+        list.push_back(ToJson(item));
+    return list;
+}
+
+void Answer(httplib::Response& response, int status, const Json& content) {
+    response.status = status;
+    response.set_content(content.dump(), "application/json");
+}
+
+// The texts of these members of the JSON object in the body.
+std::vector<std::string> ReadMembers(const httplib::Request& request, const httplib::ContentReader& body,
+                                     const std::vector<const char*>& names) {
+    const Json object = Json::parse(ReadText(request, body), nullptr, false);
+    std::vector<std::string> texts;
+    for (const char* name : names) {
+        const auto member = object.is_object() ? object.find(name) : object.end();
+        if (member == object.end() || !member->is_string()) {
+            throw HttpError(400,
+                            std::string("The request needs a JSON object with the text \"") + name + "\".");
+        }
+        texts.push_back(member->get<std::string>());
+    }
+    return texts;
+}
+
+std::string ReadName(const httplib::Request& request, const httplib::ContentReader& body) {
+    std::string name = ReadMembers(request, body, {"name"}).front();
+    CheckName(name);
+    return name;
+}
+
+// The request's token, or an empty text.
+std::string TokenOf(const httplib::Request& request) {
+    const std::string value = request.get_header_value(tokenHeader);
+    return value.starts_with(tokenPrefix) ? value.substr(tokenPrefix.size()) : "";
+}
+
+bool NeedsToken(const httplib::Request& request) {
+    const bool signsIn = request.method == "POST" && request.path == "/api/session";
+    return request.path.starts_with("/api/") && !signsIn;
+}
+
+bool ChangesNothing(const httplib::Request& request) {
+    return request.method == "GET" || request.method == "HEAD";
+}
+
+// Writes the form's one file into `incoming` and returns its name.
+std::string ReceiveFile(const httplib::Request& request, const httplib::ContentReader& body,
+                        Incoming& incoming) {
+    const auto boundary = FormBoundary(BodyType(request));
+    if (!boundary) throw HttpError(400, "Send the file as multipart/form-data, in a part named \"file\".");
+    std::optional<std::string> name;
+    bool inFile = false;
+    FormReader form(
+        *boundary,
+        [&](const FormPart& part) {
+            inFile = part.name == "file";
+            if (!inFile) return;
+            if (name) throw HttpError(400, "Send one file at a time.");
+            name = part.fileName.value_or("");
+            CheckName(*name);
+        },
+        [&](std::string_view content) {
+            if (inFile) incoming.Write(content);
+        });
+    ReadBody(request, body, [&form](std::string_view piece) { form.Feed(piece); });
+    if (!form.IsComplete()) throw HttpError(400, "The form is cut off.");
+    if (!name) throw HttpError(400, "The form has no part named \"file\".");
+    return *name;
+}
+
+}  // namespace
+
+Time Api::Now() const {
+    return std::chrono::floor<std::chrono::seconds>(parts.now());
+}
+
+void Api::Guard(const Request& request) const {
+    const std::string host = request.get_header_value("Host");
+    if (parts.loopbackOnly && request.has_header("Host") && !IsLoopbackHost(host)) {
+        throw HttpError(403, "This service is for its own machine; call it as 127.0.0.1 or localhost.");
+    }
+    const bool foreign =
+        request.has_header("Origin") && !IsOwnOrigin(request.get_header_value("Origin"), host);
+    if (foreign && !ChangesNothing(request))
+        throw HttpError(403, "Other sites' pages may not call this service.");
+    if (NeedsToken(request)) RequireSession(request);
+}
+
+Session Api::RequireSession(const Request& request) const {
+    if (auto session = parts.accounts.Find(TokenOf(request), Now())) return *session;
+    throw HttpError(401, "You are not signed in, or no longer. Sign in again.");
+}
+
+void Api::SignIn(const Request& request, Response& response, const Body& body) const {
+    const auto members = ReadMembers(request, body, {"user", "password"});
+    const Time now = Now();
+    const Time expires = now + parts.sessionLifetime;
+    const auto token = parts.accounts.SignIn(members[0], members[1], now, expires);
+    if (!token) throw HttpError(401, "The user name or the password is wrong.");
+    Answer(response, 200, {{"token", *token}, {"user", members[0]}, {"expires", TimeText(expires)}});
+}
+
+void Api::ShowSession(const Request& request, Response& response) const {
+    const Session session = RequireSession(request);
+    Answer(response, 200, {{"user", session.user}, {"expires", TimeText(session.expires)}});
+}
+
+void Api::ListProjects(Response& response) const {
+    Answer(response, 200, ToJson(parts.library.Projects()));
+}
+
+void Api::AddProject(const Request& request, Response& response, const Body& body) const {
+    Answer(response, 201, ToJson(parts.library.AddProject(ReadName(request, body), {defaultFolder})));
+}
+
+void Api::ListFolders(const Request& request, Response& response) const {
+    const auto folders = parts.library.Folders(request.matches[1]);
+    if (!folders) throw HttpError(404, "There is no such project.");
+    Answer(response, 200, ToJson(*folders));
+}
+
+void Api::AddFolder(const Request& request, Response& response, const Body& body) const {
+    const auto folder = parts.library.AddFolder(request.matches[1], ReadName(request, body));
+    if (!folder) throw HttpError(404, "There is no such project.");
+    Answer(response, 201, ToJson(*folder));
+}
+
+std::string Api::RequireFolder(const Request& request) const {
+    if (!request.has_param("folderId")) throw HttpError(400, "The request needs \"folderId\".");
+    std::string folderId = request.get_param_value("folderId");
+    if (!parts.library.HasFolder(folderId)) throw HttpError(404, "There is no such folder.");
+    return folderId;
+}
+
+void Api::ListDocuments(const Request& request, Response& response) const {
+    Answer(response, 200, ToJson(parts.library.Documents(RequireFolder(request))));
+}
+
+template <typename Record>
+void Api::Receive(const Request& request, const Body& body, const Record& record) const {
+    const std::string author = RequireSession(request).user;
+    Incoming incoming = parts.vault.Receive();
+    const std::string name = ReceiveFile(request, body, incoming);
+    incoming.Store();
+    record(Upload{incoming.Id(), name, incoming.Size(), Now(), author});
+    incoming.Keep();
+}
+
+void Api::AddDocument(const Request& request, Response& response, const Body& body) const {
+    const std::string folderId = RequireFolder(request);
+    Receive(request, body, [&](const Upload& upload) {
+        const Document document = parts.library.AddDocument(upload, folderId);
+        Answer(response, 200, Json::array({ToJson(document)}));
+    });
+}
+
+void Api::AddResource(const Request& request, Response& response, const Body& body) const {
+    Receive(request, body, [&](const Upload& upload) {
+        parts.library.AddResource(upload);
+        response.set_content(upload.id, "text/plain");
+    });
+}
+
+void Api::SendStored(const std::string& id, const std::optional<std::string>& name,
+                     Response& response) const {
+    if (!name) throw HttpError(404, "There is nothing with this id.");
+    SendFile(response, parts.vault.PathOf(id), "application/octet-stream");
+    response.set_header("Content-Disposition", AttachmentHeader(*name));
+}
+
+void Api::Register(HttpServer& server) const {
+    server.Post("/api/session", [this](const Request& request, Response& response, const Body& body) {
+        SignIn(request, response, body);
+    });
+    server.Get("/api/session",
+               [this](const Request& request, Response& response) { ShowSession(request, response); });
+    server.Delete("/api/session", [this](const Request& request, Response& response, const Body&) {
+        parts.accounts.SignOut(TokenOf(request));
+        response.status = 204;
+    });
+    server.Get("/api/projects", [this](const Request&, Response& response) { ListProjects(response); });
+    server.Post("/api/projects", [this](const Request& request, Response& response, const Body& body) {
+        AddProject(request, response, body);
+    });
+    server.Get("/api/projects/([^/]+)/folders",
+               [this](const Request& request, Response& response) { ListFolders(request, response); });
+    server.Post("/api/projects/([^/]+)/folders",
+                [this](const Request& request, Response& response, const Body& body) {
+                    AddFolder(request, response, body);
+                });
+    server.Get("/api/documents",
+               [this](const Request& request, Response& response) { ListDocuments(request, response); });
+    server.Post("/api/document", [this](const Request& request, Response& response, const Body& body) {
+        AddDocument(request, response, body);
+    });
+    server.Post("/api/resource", [this](const Request& request, Response& response, const Body& body) {
+        AddResource(request, response, body);
+    });
+    server.Get("/api/document/([^/]+)", [this](const Request& request, Response& response) {
+        SendStored(request.matches[1], parts.library.DocumentName(request.matches[1]), response);
+    });
+    server.Get("/api/resource/([^/]+)", [this](const Request& request, Response& response) {
+        SendStored(request.matches[1], parts.library.ResourceName(request.matches[1]), response);
+    });
+    server.Get("/(?!api/).*", [this](const Request& request, Response& response) {
+        parts.webRoot.Send(request.path, response);
+    });
+    // The library would read the bodies of requests that nothing handles, whatever their size.
+    const auto nowhere = [](const Request&, Response& response, const Body&) { response.status = 404; };
+    server.Post("/.*", nowhere);
+    server.Put("/.*", nowhere);
+    server.Patch("/.*", nowhere);
+    server.Delete("/.*", nowhere);
+}
+
+}  // namespace service
