@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "Workbench/mesher/Mesh.hpp"
+#include "Workbench/view/Camera.hpp"
+
+namespace workbench {
+
+struct ElementState {
+    bool visible = true;
+    bool selected = false;
+
+    friend bool operator==(const ElementState&, const ElementState&) = default;
+};
+
+// How far a reader of the scene has come.
+struct SceneMark {
+    std::uint64_t generation = 0;
+    std::size_t count = 0;
+    std::uint64_t states = 0;
+};
+
+// What has changed since a mark.
+struct SceneChange {
+    bool restarted = false;  // forget everything first
+    std::vector<ElementMeshPtr> added;
+    std::optional<std::vector<ElementState>> states;  // of all elements
+};
+
+struct Hit {
+    std::uint64_t record = 0;
+    Vec3 point;
+};
+
+// The elements of the 3D view with their state. May be used from several threads.
+class Scene {
+  public:
+    void Add(std::span<const ElementMeshPtr> added);
+    void Clear();
+    void ShowOnly(std::optional<std::unordered_set<std::uint64_t>> records);
+    void Select(std::unordered_set<std::uint64_t> records);
+
+    std::size_t Count() const;
+    std::size_t VisibleCount() const;
+    Box3 Bounds() const;
+    std::optional<Box3> BoundsOf(std::uint64_t record) const;
+
+    // The first visible triangle that the ray meets.
+    std::optional<Hit> Cast(const Ray& ray) const;
+
+    // What has changed since `mark`, which is moved to now.
+    SceneChange Changes(SceneMark& mark) const;
+
+  private:
+    ElementState StateOf(std::uint64_t record) const;
+    void UpdateStates();
+
+    mutable std::mutex mutex;
+    std::vector<ElementMeshPtr> elements;
+    std::vector<ElementState> states;
+    std::unordered_map<std::uint64_t, std::size_t> indexOf;  // by record
+    std::optional<std::unordered_set<std::uint64_t>> shown;
+    std::unordered_set<std::uint64_t> selected;
+    std::uint64_t generation = 1;
+    std::uint64_t stateVersion = 1;
+};
+
+}  // namespace workbench
