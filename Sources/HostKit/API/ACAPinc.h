@@ -1,0 +1,96 @@
+#pragma once
+
+// The host's programming interface. Functions run on the main thread. Where nothing else is said they return
+// NoError or an APIERR_ code: BADPARS for a missing parameter, BADID for a code they do not know, GENERAL
+// when no host is running.
+
+#include "APIEnvir.h"
+#include "APIdefs_Automate.h"
+#include "APIdefs_Base.h"
+#include "APIdefs_Elements.h"
+#include "APIdefs_Environment.h"
+#include "APIdefs_Registration.h"
+#include "Array.hpp"
+#include "BM.hpp"
+#include "File.hpp"
+#include "FileSystem.hpp"
+#include "Folder.hpp"
+#include "GSTime.hpp"
+#include "Guid.hpp"
+#include "HashTable.hpp"
+#include "Location.hpp"
+#include "Lock.hpp"
+#include "Owner.hpp"
+#include "Ref.hpp"
+#include "RunnableTask.hpp"
+#include "Thread.hpp"
+#include "TreeEnumerator.hpp"
+#include "UniString.hpp"
+#include "ValueToString.hpp"
+
+// Written by the add-on, called by the host in this order.
+API_AddonType __ACDLL_CALL CheckEnvironment(API_EnvirParams* envir);
+GSErrCode __ACDLL_CALL RegisterInterface(void);
+GSErrCode __ACENV_CALL Initialize(void);
+GSErrCode __ACENV_CALL FreeData(void);
+
+using APIMenuCommandProc = GSErrCode __ACENV_CALL(const API_MenuParams* menuParams);
+using APIPaletteControlCallBackProc = GSErrCode __ACENV_CALL(Int32 referenceID,
+                                                             API_PaletteMessageID messageID,
+                                                             GS::IntPtr param);
+using APISelectionChangeHandlerProc = GSErrCode __ACENV_CALL(const API_Neig* lastSelected);
+using APIProjectEventHandlerProc = GSErrCode __ACENV_CALL(API_NotifyEventID eventID, Int32 param);
+
+// Resources. Strings count from 1; an unknown id or index gives the empty text (and false).
+GSResModule ACAPI_GetOwnResModule();
+bool RSGetIndString(GS::UniString* text, GSResID id, Int32 index, GSResModule module);
+GS::UniString RSGetIndString(GSResID id, Int32 index, GSResModule module);
+
+void ACAPI_KeepInMemory(bool keep);
+
+// Menu. Registering is refused (REFUSEDCMD) outside RegisterInterface; BADID: no such strings, or the menu is
+// registered already. A handler needs a registered menu (BADID).
+GSErrCode ACAPI_Register_Menu(short menuStrings, short promptStrings, APIMenuCodeID position, GSFlags flags);
+GSErrCode ACAPI_Install_MenuHandler(short menuStrings, APIMenuCommandProc* handler);
+
+// APIIo_Get/SetMenuItemFlagsID: API_MenuItemRef*, GSFlags*. BADID: no such menu, BADINDEX: no such item.
+GSErrCode ACAPI_Interface(API_InterfaceID code, void* par1 = nullptr, void* par2 = nullptr,
+                          void* par3 = nullptr);
+
+// BADID: the reference is taken (or, unregistering, unknown).
+GSErrCode ACAPI_RegisterModelessWindow(Int32 referenceID, APIPaletteControlCallBackProc* callback,
+                                       GSFlags controlFlags, const API_Guid& paletteGuid = APINULLGuid);
+GSErrCode ACAPI_UnregisterModelessWindow(Int32 referenceID);
+
+// Null removes the handler. Complete operations are refused while a handler runs.
+GSErrCode ACAPI_Notify_CatchSelectionChange(APISelectionChangeHandlerProc* handler);
+GSErrCode ACAPI_Notify_CatchProjectEvent(GSFlags eventTypes, APIProjectEventHandlerProc* handler);
+
+// APIEnv_ApplicationID: API_ServerApplicationInfo*; APIEnv_ProjectID: API_ProjectInfo* (a fresh one, else
+// BADPARS), NOPLAN when nothing is open; APIEnv_GetSpecFolderID: API_SpecFolderID*, IO::Location*.
+GSErrCode ACAPI_Environment(API_EnvironmentID code, void* par1 = nullptr, void* par2 = nullptr,
+                            void* par3 = nullptr);
+
+// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*). Complete operation: REFUSEDCMD
+// inside notifications.
+GSErrCode ACAPI_Automate(API_AutomateID code, void* par1 = nullptr, void* par2 = nullptr,
+                         void* par3 = nullptr);
+
+// Replaces the list by the elements of the type (all zero: of every type) that pass the filter.
+GSErrCode ACAPI_Element_GetElemList(const API_ElemType& type, GS::Array<API_Guid>* list,
+                                    API_ElemFilterFlags filter = APIFilt_None,
+                                    const API_Guid& renovationFilterGuid = APINULLGuid);
+
+// Read by header.guid alone. BADID: no such element.
+GSErrCode ACAPI_Element_Get(API_Element* element, UInt32 mask = 0);
+GSErrCode ACAPI_Element_GetHeader(API_Elem_Head* header, UInt32 mask = 0);
+
+// Bounds in metres. GENERAL when the element is not in the 3D model.
+GSErrCode ACAPI_Element_Get3DInfo(const API_Elem_Head& header, API_ElemInfo3D* info);
+
+// The first is the default one.
+GSErrCode ACAPI_IFC_GetIFCExportTranslatorsList(GS::Array<API_IFCTranslatorIdentifier>& translators);
+
+// Between a GUID and its 22 characters in IFC files. BADPARS for a text that is none.
+GSErrCode ACAPI_IFC_IFCGuidToAPIGuid(const GS::UniString& ifcGuid, API_Guid& apiGuid);
+GSErrCode ACAPI_IFC_APIGuidToIFCGuid(const API_Guid& apiGuid, GS::UniString& ifcGuid);

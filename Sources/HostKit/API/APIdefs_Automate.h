@@ -1,0 +1,51 @@
+#pragma once
+
+#include "APIdefs_Base.h"
+#include "Array.hpp"
+#include "FourCharacters.hpp"
+#include "Location.hpp"
+
+enum API_AutomateID : Int32 { APIDo_SaveID = hostkit::FourCharacters("SAVE") };
+
+enum API_FTypeID {
+    APIFType_None = 0,
+    APIFType_PNGFile = 22,
+    APIFType_JPEGFile = 25,
+    APIFType_IfcFile = 41,
+    APIFType_PdfFile = 54
+};
+
+// "file" stays the caller's.
+struct API_FileSavePars {
+    API_FTypeID fileTypeID;
+    Int32 filler_1;
+    IO::Location* file;
+    Int32 filler_2[15];
+};
+
+// The reference is the caller's to kill.
+struct API_IFCTranslatorIdentifier {
+    GSHandle innerReference = nullptr;
+    GS::UniString name;
+};
+
+enum API_IfcTypeID { API_IFC = 0, API_IFCXML, API_IFCZIP };
+
+enum API_ElementsToIfcExportID {
+    API_EntireProject = 1,
+    API_VisibleElementsOnAllStories,
+    API_AllElementsOnCurrentStorey,
+    API_VisibleElementsOnCurrentStorey,
+    API_SelectedElementsOnly,
+    API_FilteredElements
+};
+
+struct API_SavePars_Ifc {
+    API_IfcTypeID subType = API_IFC;
+    API_IFCTranslatorIdentifier translatorIdentifier;
+    API_ElementsToIfcExportID elementsToIfcExport = {};
+    const GS::Array<API_Guid>* elementsSet = nullptr;
+    bool includeBoundingBoxGeometry = false;
+    void* filler_1 = nullptr;
+    void* filler_2 = nullptr;
+};
