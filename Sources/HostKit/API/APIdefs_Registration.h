@@ -65,7 +65,7 @@ enum API_InterfaceID : Int32 {
     APIIo_SetMenuItemFlagsID = hostkit::FourCharacters("SMIF")
 };
 
-enum API_PaletteMessageID {
+enum API_PaletteMessageID : Int32 {
     APIPalMsg_ClosePalette = 1,
     APIPalMsg_HidePalette_Begin,
     APIPalMsg_HidePalette_End,

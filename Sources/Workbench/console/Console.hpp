@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QObject>
+#include <deque>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+
+#include "Workbench/console/Automation.hpp"
+
+namespace workbench {
+
+/// The line protocol: one JSON object a line comes in on standard input, one a line goes out on standard
+/// output: an answer for each command, in order, and events as they happen.
+class Console : public QObject {
+    Q_OBJECT
+
+  public:
+    using Json = nlohmann::ordered_json;
+
+    Console(Application& application, Automation& automation, QtDriver& driver, bool allowFaults);
+    ~Console() override;
+
+    /// Begins to read; returns at once. Leaves the event loop at "quit" and at the end of the input.
+    void Start();
+
+    /// An alert is about to be shown: reports it, and answers from the queue.
+    std::optional<short> OnAlert(const hostkit::dg::AlertTexts& texts);
+
+    static void Write(const Json& line);
+
+  private:
+    using Command = Json (Console::*)(const Json&);
+
+    void Read();
+    void Run();
+    Json Do(const std::string& line);
+
+    Json Open(const Json& command);
+    Json Save(const Json& command);
+    Json Select(const Json& command);
+    Json Show(const Json& command);
+    Json Answer(const Json& command);
+    Json Menu(const Json& command);
+    Json Palette(const Json& command);
+    Json Eval(const Json& command);
+    Json Fault(const Json& command);
+    Json Picture(const Json& command);
+    Json State(const Json& command);
+    Json Quit(const Json& command);
+
+    std::vector<API_Guid> ElementsOf(const Json& ifcGuids) const;
+
+    Application& application;
+    Automation& automation;
+    QtDriver& driver;
+    const bool allowFaults;
+    std::string input;
+    std::deque<std::string> lines;
+    std::deque<short> alertAnswers;
+    bool running = false;
+    bool ended = false;
+};
+
+}  // namespace workbench

@@ -1,0 +1,146 @@
+#include "Workbench/console/Tour.hpp"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+
+#include "HostKit/API/Registry.hpp"
+
+namespace workbench {
+
+namespace {
+
+using Json = nlohmann::json;
+using namespace std::chrono_literals;
+
+const char* const fileName = "Tour";
+
+std::string HashOf(const std::filesystem::path& file) {
+    QFile content(QString::fromStdString(file.string()));
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    if (!content.open(QIODevice::ReadOnly) || !hash.addData(&content)) {
+        throw AutomationError("cannot read " + file.string());
+    }
+    return hash.result().toHex().toStdString();
+}
+
+// Types into a field as a person does: the page hears of it.
+std::string Type(const std::string& selector, const std::string& text) {
+    return "(() => { const field = document.querySelector('" + selector +
+           "'); field.value = " + Json(text).dump() +
+           "; field.dispatchEvent(new Event('input', {bubbles: true})); })();";
+}
+
+}  // namespace
+
+Tour::Tour(Application& application, Automation& automation, std::filesystem::path folder)
+    : application(application), automation(automation), folder(std::filesystem::absolute(folder)) {
+    std::filesystem::create_directories(this->folder);
+}
+
+bool Tour::Step(const std::string& name, const std::function<std::string()>& work) {
+    QElapsedTimer time;
+    time.start();
+    std::string outcome;
+    bool succeeded = true;
+    try {
+        outcome = work();
+    } catch (const std::exception& exception) {
+        outcome = exception.what();
+        succeeded = false;
+    }
+    std::printf("%-6s %7.2f s  %-22s %s\n", succeeded ? "ok" : "FAILED",
+                static_cast<double>(time.elapsed()) / 1000, name.c_str(), outcome.c_str());
+    std::fflush(stdout);
+    return succeeded;
+}
+
+bool Tour::Run(const std::filesystem::path& model) {
+    return Step("Open the model", [&] { return OpenModel(model); }) &&
+           Step("Open the palette", [&] { return OpenPalette(); }) &&
+           Step("Sign in", [&] { return SignIn(); }) &&
+           Step("Upload the model", [&] { return UploadModel(); }) &&
+           Step("Compare what is stored", [&] { return CompareStored(); }) &&
+           Step("Take pictures", [&] { return TakePictures(); });
+}
+
+std::string Tour::OpenModel(const std::filesystem::path& model) {
+    automation.Open(model);
+    const Project& project = application.OpenProject();
+    return std::to_string(project.Elements().size()) + " elements, " +
+           std::to_string(application.ShownCount()) + " with a shape, " + project.Schema() + ", " +
+           project.AuthoringApplication();
+}
+
+std::string Tour::OpenPalette() {
+    hostkit::Registry& registry = application.GetSession().GetRegistry();
+    if (!registry.IsPaletteVisible() &&
+        registry.ChooseMenuItem(registry.Menus().at(0).strings, 1) != NoError) {
+        throw AutomationError("the menu command failed");
+    }
+    automation.WaitForPage("document.querySelector('#sign-in, #upload-model')", 30s);
+    return Json::parse(automation.Evaluate("KESTAPI.GetApplicationInfo()")).get<std::string>();
+}
+
+std::string Tour::SignIn() {
+    if (automation.Evaluate("Boolean(document.querySelector('#sign-in'))") == "true") {
+        automation.Evaluate(Type("#user", "demo") + Type("#password", "demo") +
+                            "document.querySelector('#sign-in').requestSubmit();");
+    }
+    automation.WaitForPage(
+        "document.querySelector('#upload-model') && document.querySelector('#folder').value", 15s);
+    return Json::parse(
+               automation.Evaluate("[document.querySelector('#project'), document.querySelector('#folder')]"
+                                   ".map(list => list.selectedOptions[0].textContent.trim()).join(' / ')"))
+        .get<std::string>();
+}
+
+std::string Tour::UploadModel() {
+    automation.Evaluate(Type("#file-name", fileName) + "document.querySelector('#upload-model').click();");
+    automation.WaitForPage(
+        "['done', 'failed'].includes(document.querySelector('#upload-status').dataset.state)", 10min);
+    const std::string state = automation.Evaluate("document.querySelector('#upload-status').dataset.state");
+    const auto answer = Json::parse(automation.Evaluate("KESTAPI.GetIfcDocuments()")).get<std::string>();
+    if (Json::parse(state) != "done") throw AutomationError("the upload failed: " + answer);
+
+    const Json document = Json::parse(answer).at(0);
+    documentId = document.at("id").get<std::string>();
+    automation.WaitForPage("document.querySelector('#documents [data-document-id=\"" + documentId + "\"]')",
+                           10s);
+    return "document " + documentId + ", " + std::to_string(document.at("size").get<std::uint64_t>()) +
+           " bytes";
+}
+
+std::string Tour::CompareStored() {
+    const std::filesystem::path exported =
+        application.GetSettings().dataFolder / "Temporary" / (std::string(fileName) + ".ifc");
+    // What the page would download, over a session of the tour's own.
+    const auto stored =
+        Json::parse(automation.Evaluate(
+                        "(async () => { const base = (await KESTAPI.GetApplicationInfo()).split(',')[1];"
+                        "const session = await (await fetch(base + 'session', {method: 'POST',"
+                        "    headers: {'Content-Type': 'application/json'},"
+                        "    body: JSON.stringify({user: 'demo', password: 'demo'})})).json();"
+                        "const response = await fetch(base + 'document/' + " +
+                        Json(documentId).dump() +
+                        ","
+                        "    {headers: {'X-Project-Authorization': 'bearer ' + session.token}});"
+                        "const bytes = await response.arrayBuffer();"
+                        "return [...new Uint8Array(await crypto.subtle.digest('SHA-256', bytes))]"
+                        ".map(byte => byte.toString(16).padStart(2, '0')).join(''); })()"))
+            .get<std::string>();
+    const std::string sent = HashOf(exported);
+    if (stored != sent) throw AutomationError("the stored document differs from " + exported.string());
+    std::filesystem::copy_file(exported, folder / exported.filename(),
+                               std::filesystem::copy_options::overwrite_existing);
+    return "byte for byte the export, SHA-256 " + sent.substr(0, 16) + "...";
+}
+
+std::string Tour::TakePictures() {
+    for (const char* of : {"window", "palette", "3d"})
+        automation.SavePicture(of, folder / (std::string(of) + ".png"));
+    return folder.string();
+}
+
+}  // namespace workbench

@@ -1,0 +1,45 @@
+import assert from "node:assert/strict";
+import { createServer } from "node:net";
+import { test } from "node:test";
+
+import { house, Workbench } from "./workbench.mjs";
+
+const request = JSON.stringify({ token: "t", projectId: "p", folderId: "f", fileName: "Stalled", onlyVisible: false });
+const emptyPage = "data:text/html,<title>empty</title>";
+
+test("leaving while an upload waits for a service that never answers ends at once and well", async () => {
+    const sockets = [];
+    const server = createServer((socket) => sockets.push(socket.on("error", () => {})));
+    await new Promise((done) => server.listen(8465, "127.0.0.1", done));
+    const workbench = new Workbench("--no-service", "--page", emptyPage);
+    try {
+        await workbench.do("open", { file: house });
+        await workbench.eval(`KESTAPI.ExportIFCModel(${JSON.stringify(request)})`);
+        await workbench.event((event) => event.event === "thread" && event.name === "exportModel");
+        assert.deepEqual((await workbench.do("state")).threads, ["exportModel"]);
+        const begin = Date.now();
+        assert.equal(await workbench.quit(), 0);
+        assert.ok(Date.now() - begin < 10000, "it waited for the upload");
+    } finally {
+        sockets.forEach((socket) => socket.destroy());
+        server.close();
+        await workbench.remove();
+    }
+});
+
+test("a page of the developer's own gets the object, and pages without the called functions do no harm", async () => {
+    const workbench = new Workbench("--no-service", "--page", emptyPage, "--faults");
+    try {
+        assert.equal(await workbench.eval("document.title"), "empty");
+        assert.equal(await workbench.eval("KESTAPI.RequestFileName()"), "Untitled");
+        await workbench.do("fault", { call: "APIEnv_ProjectID", nth: 1, error: -1 });
+        assert.equal(await workbench.eval("KESTAPI.RequestFileName()"), "");
+        await workbench.eval(`KESTAPI.ExportIFCModel("{}")`);
+        await workbench.event((event) => event.event === "page-call" && event.script === "FailExportModel()");
+        assert.equal((await workbench.ask({ do: "eval", script: "throw new Error('own')" })).error, "Error: own");
+        assert.equal((await workbench.ask({ do: "nothing" })).ok, false);
+        assert.equal(await workbench.quit(), 0);
+    } finally {
+        await workbench.remove();
+    }
+});
