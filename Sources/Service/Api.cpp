@@ -1,5 +1,6 @@
 #include "Service/Api.hpp"
 
+#include <algorithm>
 #include <ctime>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -131,11 +132,35 @@ void Api::Guard(const Request& request) const {
     if (parts.loopbackOnly && request.has_header("Host") && !IsLoopbackHost(host)) {
         throw HttpError(403, "This service is for its own machine; call it as 127.0.0.1 or localhost.");
     }
+    const bool allowed = IsFromAllowedOrigin(request);
     const bool foreign =
-        request.has_header("Origin") && !IsOwnOrigin(request.get_header_value("Origin"), host);
+        request.has_header("Origin") && !allowed && !IsOwnOrigin(request.get_header_value("Origin"), host);
     if (foreign && !ChangesNothing(request))
         throw HttpError(403, "Other sites' pages may not call this service.");
-    if (NeedsToken(request)) RequireSession(request);
+    const bool preflight = allowed && request.method == "OPTIONS";  // browsers send these without a token
+    if (NeedsToken(request) && !preflight) RequireSession(request);
+}
+
+bool Api::IsFromAllowedOrigin(const Request& request) const {
+    const std::string origin = request.get_header_value("Origin");
+    return std::count(parts.allowedOrigins.begin(), parts.allowedOrigins.end(), origin) > 0;
+}
+
+void Api::ShareWithAllowedOrigins(HttpServer& server) const {
+    if (parts.allowedOrigins.empty()) return;
+    // On errors, too: a page cannot read an answer without it.
+    server.set_post_routing_handler([this](const Request& request, Response& response) {
+        response.set_header("Vary", "Origin");
+        if (IsFromAllowedOrigin(request)) {
+            response.set_header("Access-Control-Allow-Origin", request.get_header_value("Origin"));
+        }
+    });
+    server.Options("/api/.*", [](const Request&, Response& response) {
+        response.status = 204;
+        response.set_header("Access-Control-Allow-Methods", "GET, POST, DELETE");
+        response.set_header("Access-Control-Allow-Headers",
+                            std::string("Content-Type, Kestrane-Client-Id, ") + tokenHeader);
+    });
 }
 
 Session Api::RequireSession(const Request& request) const {
@@ -221,6 +246,7 @@ void Api::SendStored(const std::string& id, const std::optional<std::string>& na
 }
 
 void Api::Register(HttpServer& server) const {
+    ShareWithAllowedOrigins(server);
     server.Post("/api/session", [this](const Request& request, Response& response, const Body& body) {
         SignIn(request, response, body);
     });

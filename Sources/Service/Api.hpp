@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "Service/http/Files.hpp"
 #include "Service/http/HttpServer.hpp"
@@ -23,6 +24,7 @@ class Api {
         const Vault& vault;
         const WebRoot& webRoot;
         bool loopbackOnly;
+        std::vector<std::string> allowedOrigins;
         std::chrono::minutes sessionLifetime;
         std::function<std::chrono::system_clock::time_point()> now;
     };
@@ -39,6 +41,8 @@ class Api {
     using Response = httplib::Response;
     using Body = httplib::ContentReader;
 
+    bool IsFromAllowedOrigin(const Request& request) const;
+    void ShareWithAllowedOrigins(HttpServer& server) const;
     Session RequireSession(const Request& request) const;
     Time Now() const;
 

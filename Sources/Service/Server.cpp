@@ -54,8 +54,8 @@ struct Server::Running {
           library(database),
           vault(options.dataDir),
           webRoot(options.webRoot),
-          api({accounts, library, vault, webRoot, listener.IsLoopback(), options.sessionLifetime,
-               options.now}),
+          api({accounts, library, vault, webRoot, listener.IsLoopback(), options.allowedOrigins,
+               options.sessionLifetime, options.now}),
           http(listener.Socket(), [this](const httplib::Request& request) { api.Guard(request); }) {
         vault.Sweep([this](const std::string& id) { return library.Knows(id); });
         if (library.Projects().empty()) library.AddProject("Demo project", {"Models", "Documents"});

@@ -6,14 +6,16 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 namespace service {
 
 struct Options {
-    std::string bindAddress = "127.0.0.1";  // a numeric address or a host name
-    int port = 0;                           // 0: the system picks a free one
-    std::filesystem::path dataDir;          // made when missing
-    std::filesystem::path webRoot;          // the page's files, served at "/"
+    std::string bindAddress = "127.0.0.1";    // a numeric address or a host name
+    int port = 0;                             // 0: the system picks a free one
+    std::filesystem::path dataDir;            // made when missing
+    std::filesystem::path webRoot;            // the page's files, served at "/"
+    std::vector<std::string> allowedOrigins;  // of pages elsewhere that may call, "http://localhost:5173"
     std::chrono::minutes sessionLifetime{12 * 60};
     std::function<std::chrono::system_clock::time_point()> now = std::chrono::system_clock::now;
 };

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <regex>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,7 @@ constexpr int maxSessionMinutes = 60 * 24 * 366;
 
 constexpr std::string_view usage =
     R"(Usage: kestrane-service [--port N] [--data DIR] [--web DIR] [--bind ADDRESS] [--session-minutes N]
+                        [--allow-origin ORIGIN]...
        kestrane-service --add-user NAME [--data DIR]
 
 Keeps projects, their documents and the Kestrane page for this machine.
@@ -34,6 +36,9 @@ Keeps projects, their documents and the Kestrane page for this machine.
                        (default $XDG_DATA_HOME/kestrane-service or ~/.local/share/kestrane-service)
   --web DIR            the page's files (default ../share/kestrane/WebApp beside this program)
   --bind ADDRESS       address to listen on (default 127.0.0.1: this machine only)
+  --allow-origin ORIGIN
+                       let pages of this origin call the service, such as http://localhost:5173
+                       (default: only the service's own page); may be given several times
   --session-minutes N  how long a sign-in lasts (default 720)
   --add-user NAME      add an account, or give it a new password, read from standard input
   --help               show this text
@@ -73,11 +78,22 @@ int Number(const std::string& option, std::string_view text, int smallest, int l
     return number;
 }
 
+// Compared as it is: refuses what no browser sends, as it would never match.
+std::string Origin(const std::string& text) {
+    static const std::regex form("https?://[^/?#@*\\sA-Z]+");
+    if (!std::regex_match(text, form)) {
+        throw UsageError(
+            "--allow-origin takes an origin such as http://localhost:5173: lower case, no path.");
+    }
+    return text;
+}
+
 Arguments Parse(int count, char** values) {
     const option known[] = {{"port", required_argument, nullptr, 'p'},
                             {"data", required_argument, nullptr, 'd'},
                             {"web", required_argument, nullptr, 'w'},
                             {"bind", required_argument, nullptr, 'b'},
+                            {"allow-origin", required_argument, nullptr, 'o'},
                             {"session-minutes", required_argument, nullptr, 's'},
                             {"add-user", required_argument, nullptr, 'u'},
                             {"help", no_argument, nullptr, 'h'},
@@ -100,6 +116,9 @@ Arguments Parse(int count, char** values) {
                 break;
             case 'b':
                 options.bindAddress = optarg;
+                break;
+            case 'o':
+                options.allowedOrigins.push_back(Origin(optarg));
                 break;
             case 's':
                 options.sessionLifetime =

@@ -132,7 +132,8 @@ std::filesystem::path Share(const char* name) {
 
 bool StartService(LocalService& service, const Options& options) {
     const QString program = QCoreApplication::applicationDirPath() + "/kestrane-service";
-    const auto state = service.Ensure(QUrl(KESTRANE_API_BASE_URL), program, options.dataFolder / "Service");
+    const auto state =
+        service.Ensure(QUrl(KESTRANE_API_BASE_URL), program, options.dataFolder / "Service", options.page);
     if (state != LocalService::State::failed) return true;
     std::fprintf(stderr, "the local service could not be started: %s\n", qPrintable(service.Error()));
     return false;

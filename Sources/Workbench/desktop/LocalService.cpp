@@ -14,6 +14,15 @@ bool Listens(const QUrl& api) {
     return socket.waitForConnected(500);
 }
 
+// As a browser names it: without the scheme's own port. Empty for pages that have none.
+QString OriginOf(QUrl page) {
+    const bool plain = page.scheme() == "http";
+    if (!plain && page.scheme() != "https") return {};
+    if (page.port() == (plain ? 80 : 443)) page.setPort(-1);
+    return page.toString(QUrl::RemoveUserInfo | QUrl::RemovePath | QUrl::RemoveQuery | QUrl::RemoveFragment |
+                         QUrl::FullyEncoded);
+}
+
 }  // namespace
 
 LocalService::~LocalService() {
@@ -24,12 +33,14 @@ LocalService::~LocalService() {
 }
 
 LocalService::State LocalService::Ensure(const QUrl& api, const QString& program,
-                                         const std::filesystem::path& dataFolder) {
+                                         const std::filesystem::path& dataFolder, const QUrl& page) {
     if (Listens(api)) return State::alreadyRunning;
 
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    process.start(program, {"--port", QString::number(api.port(80)), "--data",
-                            QString::fromStdString(dataFolder.string())});
+    QStringList arguments{"--port", QString::number(api.port(80)), "--data",
+                          QString::fromStdString(dataFolder.string())};
+    if (const QString origin = OriginOf(page); !origin.isEmpty()) arguments << "--allow-origin" << origin;
+    process.start(program, arguments);
     QElapsedTimer waited;
     waited.start();
     while (waited.elapsed() < 10000) {
