@@ -20,6 +20,9 @@ test("leaving while an upload waits for a service that never answers ends at onc
         const begin = Date.now();
         assert.equal(await workbench.quit(), 0);
         assert.ok(Date.now() - begin < 10000, "it waited for the upload");
+
+        workbench.start();
+        assert.equal(await workbench.ended, 1, "it took a stranger at the port for the service");
     } finally {
         sockets.forEach((socket) => socket.destroy());
         server.close();

@@ -39,6 +39,7 @@ void ThrowOnError(GSErrCode error, const std::string& what) {
 
 Console::Console(Application& application, Automation& automation, QtDriver& driver, bool allowFaults)
     : application(application), automation(automation), driver(driver), allowFaults(allowFaults) {
+    application.Watch(*this);
     driver.Browsers().onPageCall = [](const QString& script) {
         Write({{"event", "page-call"}, {"script", script.toStdString()}});
     };
@@ -52,6 +53,7 @@ Console::Console(Application& application, Automation& automation, QtDriver& dri
 }
 
 Console::~Console() {
+    application.Unwatch(*this);
     hostkit::ThreadRegister::Instance().SetObserver({});
     driver.Browsers().onPageCall = {};
 }
@@ -210,6 +212,19 @@ Console::Json Console::Quit(const Json&) {
     ended = true;
     lines.clear();
     return Json::object();
+}
+
+void Console::ProjectReady(const MeshOutcome& outcome) {
+    if (!outcome.detail.empty()) Write({{"event", "log"}, {"text", outcome.detail}});
+    Write({{"event", "notification"}, {"name", "project-opened"}});
+}
+
+void Console::SelectionChanged() {
+    Write({{"event", "notification"}, {"name", "selection-changed"}});
+}
+
+void Console::MenuFlagsChanged() {
+    Write({{"event", "menu"}, {"checked", IsMenuChecked(application.GetSession().GetRegistry())}});
 }
 
 std::optional<short> Console::OnAlert(const hostkit::dg::AlertTexts& texts) {

@@ -12,7 +12,7 @@ namespace workbench {
 
 /// The line protocol: one JSON object a line comes in on standard input, one a line goes out on standard
 /// output: an answer for each command, in order, and events as they happen.
-class Console : public QObject {
+class Console : public QObject, public ApplicationObserver {
     Q_OBJECT
 
   public:
@@ -26,6 +26,10 @@ class Console : public QObject {
 
     /// An alert is about to be shown: reports it, and answers from the queue.
     std::optional<short> OnAlert(const hostkit::dg::AlertTexts& texts);
+
+    void ProjectReady(const MeshOutcome& outcome) override;
+    void SelectionChanged() override;
+    void MenuFlagsChanged() override;
 
     static void Write(const Json& line);
 

@@ -8,10 +8,17 @@ namespace workbench {
 
 namespace {
 
-bool Listens(const QUrl& api) {
+enum class Listener { none, service, stranger };
+
+// Who is at the address: the service refuses whoever has not signed in.
+Listener WhoListens(const QUrl& api) {
     QTcpSocket socket;
     socket.connectToHost(api.host(), static_cast<quint16>(api.port(80)));
-    return socket.waitForConnected(500);
+    if (!socket.waitForConnected(500)) return Listener::none;
+    const QString request = "GET %1/session HTTP/1.1\r\nHost: %2\r\nConnection: close\r\n\r\n";
+    socket.write(request.arg(api.path(), api.authority()).toUtf8());
+    const bool answered = socket.waitForReadyRead(3000);
+    return answered && socket.readLine().startsWith("HTTP/1.1 401") ? Listener::service : Listener::stranger;
 }
 
 // As a browser names it: without the scheme's own port. Empty for pages that have none.
@@ -34,7 +41,16 @@ LocalService::~LocalService() {
 
 LocalService::State LocalService::Ensure(const QUrl& api, const QString& program,
                                          const std::filesystem::path& dataFolder, const QUrl& page) {
-    if (Listens(api)) return State::alreadyRunning;
+    switch (WhoListens(api)) {
+        case Listener::service:
+            return State::alreadyRunning;
+        case Listener::stranger:
+            error = QString("another program listens at %1; end it, or start with --no-service")
+                        .arg(api.authority());
+            return State::failed;
+        case Listener::none:
+            break;
+    }
 
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     QStringList arguments{"--port", QString::number(api.port(80)), "--data",
@@ -44,7 +60,7 @@ LocalService::State LocalService::Ensure(const QUrl& api, const QString& program
     QElapsedTimer waited;
     waited.start();
     while (waited.elapsed() < 10000) {
-        if (Listens(api)) return State::started;
+        if (WhoListens(api) == Listener::service) return State::started;
         if (process.waitForFinished(50)) break;
         if (process.state() == QProcess::NotRunning) break;
     }

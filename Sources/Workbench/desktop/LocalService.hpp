@@ -13,8 +13,9 @@ class LocalService {
 
     ~LocalService();
 
-    /// Starts `program` unless something listens at `api`, and waits until it does (a few seconds).
-    /// Lets `page` call it when that is on the web; an empty URL: the service's own page only.
+    /// Starts `program` unless something listens at `api`, and waits until it does (a few seconds). Fails
+    /// when a stranger does. Lets `page` call it when that is on the web; an empty URL: the service's own
+    /// page only.
     State Ensure(const QUrl& api, const QString& program, const std::filesystem::path& dataFolder,
                  const QUrl& page);
 

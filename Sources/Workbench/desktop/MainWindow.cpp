@@ -246,7 +246,8 @@ QString MainWindow::HintAfter(const MeshOutcome& outcome) const {
                QString::fromStdString(error);
     }
     if (outcome.status == MeshOutcome::Status::Done) return {};
-    return say("The shapes of this model could not be read.", "Die Formen dieses Modells konnten nicht gelesen werden.");
+    return say("The shapes of this model could not be read.",
+               "Die Formen dieses Modells konnten nicht gelesen werden.");
 }
 
 void MainWindow::ShowProgress(const QString& text, double fraction) {
