@@ -18,6 +18,7 @@ endif()
 if(KESTRANE_SANITIZE)
   add_compile_options(-fsanitize=${KESTRANE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${KESTRANE_SANITIZE})
+  add_compile_options(-Wno-maybe-uninitialized)  # GCC warns of std::regex when it is instrumented
 endif()
 
 # kestrane_library(<name> <standard> [EXCLUDE <regex>])
