@@ -22,6 +22,13 @@ void ElementModel::Reload() {
             &element);
     }
     std::erase_if(groups, [](const Group& group) { return group.elements.empty(); });
+
+    places.clear();
+    for (std::size_t group = 0; group < groups.size(); ++group) {
+        for (std::size_t row = 0; row < groups[group].elements.size(); ++row) {
+            places[groups[group].elements[row]] = {static_cast<int>(group), static_cast<int>(row)};
+        }
+    }
     endResetModel();
 }
 
@@ -34,14 +41,9 @@ void ElementModel::RefreshTicks() {
 }
 
 QModelIndex ElementModel::IndexOf(const Element& element) const {
-    for (std::size_t row = 0; row < groups.size(); ++row) {
-        const auto& elements = groups[row].elements;
-        const auto found = std::find(elements.begin(), elements.end(), &element);
-        if (found != elements.end()) {
-            return index(static_cast<int>(found - elements.begin()), 0, index(static_cast<int>(row), 0));
-        }
-    }
-    return {};
+    const auto found = places.find(&element);
+    if (found == places.end()) return {};
+    return index(found->second.row, 0, index(found->second.group, 0));
 }
 
 const Element* ElementModel::ElementAt(const QModelIndex& index) const {

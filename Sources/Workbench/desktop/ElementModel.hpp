@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAbstractItemModel>
+#include <unordered_map>
 #include <vector>
 
 #include "Workbench/api/Application.hpp"
@@ -38,12 +39,18 @@ class ElementModel : public QAbstractItemModel {
         std::vector<const Element*> elements;
     };
 
+    struct Place {
+        int group;
+        int row;
+    };
+
     bool IsStorey(const QModelIndex& index) const { return index.internalId() == 0; }
     const Group& GroupOf(const QModelIndex& index) const;
     Qt::CheckState TickOf(const Group& group) const;
 
     Application& application;
     std::vector<Group> groups;
+    std::unordered_map<const Element*, Place> places;
 };
 
 }  // namespace workbench

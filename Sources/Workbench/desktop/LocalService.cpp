@@ -1,8 +1,11 @@
 #include "Workbench/desktop/LocalService.hpp"
 
+#include <sys/prctl.h>
+
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QTcpSocket>
+#include <csignal>
 
 namespace workbench {
 
@@ -56,6 +59,8 @@ LocalService::State LocalService::Ensure(const QUrl& api, const QString& program
     QStringList arguments{"--port", QString::number(api.port(80)), "--data",
                           QString::fromStdString(dataFolder.string())};
     if (const QString origin = OriginOf(page); !origin.isEmpty()) arguments << "--allow-origin" << origin;
+    // A Workbench that is killed takes its service along.
+    process.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     process.start(program, arguments);
     QElapsedTimer waited;
     waited.start();
