@@ -22,7 +22,7 @@ std::size_t ContentLength(std::string_view head) {
 
 }  // namespace
 
-PlainServer::PlainServer(Manner manner, int status, std::string body)
+PlainServer::PlainServer(Manner manner, int status, const std::string& body)
     : manner(manner),
       answer("HTTP/1.1 " + std::to_string(status) + " Status\r\nContent-Length: " +
              std::to_string(body.size() + (manner == Manner::CutAnswer ? 1000 : 0)) +

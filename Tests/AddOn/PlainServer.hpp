@@ -19,7 +19,7 @@ class PlainServer {
     };
 
     /// Listens at once. Throws std::runtime_error when the port is taken.
-    explicit PlainServer(Manner manner, int status = 200, std::string body = "");
+    explicit PlainServer(Manner manner, int status = 200, const std::string& body = "");
     ~PlainServer();
     PlainServer(const PlainServer&) = delete;
     PlainServer& operator=(const PlainServer&) = delete;

@@ -30,7 +30,7 @@ Value Boolean(bool value) {
 
 Value ArrayOf(const std::vector<Value>& items) {
     auto* array = new DG::JSArray();
-    const Value owner(array);
+    Value owner(array);
     for (const Value& item : items)
         array->AddItem(item);
     return owner;
@@ -38,7 +38,7 @@ Value ArrayOf(const std::vector<Value>& items) {
 
 Value ObjectOf(const std::vector<std::pair<const char*, Value>>& items) {
     auto* object = new DG::JSObject();
-    const Value owner(object);
+    Value owner(object);
     for (const auto& [name, item] : items)
         object->AddItem(name, item);
     return owner;

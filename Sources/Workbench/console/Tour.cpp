@@ -34,7 +34,7 @@ std::string Type(const std::string& selector, const std::string& text) {
 
 }  // namespace
 
-Tour::Tour(Application& application, Automation& automation, std::filesystem::path folder)
+Tour::Tour(Application& application, Automation& automation, const std::filesystem::path& folder)
     : application(application), automation(automation), folder(std::filesystem::absolute(folder)) {
     std::filesystem::create_directories(this->folder);
 }

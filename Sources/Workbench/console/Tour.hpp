@@ -13,7 +13,7 @@ namespace workbench {
 /// standard output, pictures and files in a folder.
 class Tour {
   public:
-    Tour(Application& application, Automation& automation, std::filesystem::path folder);
+    Tour(Application& application, Automation& automation, const std::filesystem::path& folder);
 
     /// True when every job succeeded. What depends on a failed one is not tried.
     bool Run(const std::filesystem::path& model);

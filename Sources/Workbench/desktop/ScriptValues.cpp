@@ -45,14 +45,14 @@ GS::Ref<DG::JSBase> ToScriptValue(const QVariant& value) {
             return new DG::JSValue(ToUniString(value.toString()));
         case QMetaType::QVariantList: {
             auto* array = new DG::JSArray();
-            const GS::Ref<DG::JSBase> owner(array);
+            GS::Ref<DG::JSBase> owner(array);
             for (const QVariant& item : value.toList())
                 array->AddItem(ToScriptValue(item));
             return owner;
         }
         case QMetaType::QVariantMap: {
             auto* object = new DG::JSObject();
-            const GS::Ref<DG::JSBase> owner(object);
+            GS::Ref<DG::JSBase> owner(object);
             const QVariantMap items = value.toMap();
             for (auto item = items.begin(); item != items.end(); ++item) {
                 object->AddItem(ToUniString(item.key()), ToScriptValue(item.value()));
