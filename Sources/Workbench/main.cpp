@@ -81,7 +81,7 @@ std::optional<Language> LanguageOf(const QString& text) {
 }
 
 // Nothing when the words are wrong; why is said on standard error.
-std::optional<Options> ReadOptions(const QApplication& application) {
+std::optional<Options> ReadOptions() {
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Plays the host for the Kestrane add-on: opens IFC models, shows the palette.");
@@ -95,7 +95,11 @@ std::optional<Options> ReadOptions(const QApplication& application) {
                        {"tour", "Do the page's jobs in turn, leave pictures in DIR, and end.", "DIR"},
                        {"console", "Read commands from standard input, one JSON object a line."},
                        {"faults", "Allow the console to make host calls fail."}});
-    parser.process(application);
+    if (!parser.parse(QApplication::arguments())) {
+        std::fprintf(stderr, "%s See --help.\n", qPrintable(parser.errorText()));
+        return std::nullopt;
+    }
+    if (parser.isSet("help")) parser.showHelp(done);
 
     Options options;
     options.language = QLocale().language() == QLocale::German ? Language::german : Language::english;
@@ -230,7 +234,7 @@ int main(int argc, char** argv) {
     QApplication::setApplicationName("kestrane-workbench");
     ApplyStyle(qt);
     try {
-        const std::optional<Options> options = ReadOptions(qt);
+        const std::optional<Options> options = ReadOptions();
         const ExitStatus status = options ? Run(qt, *options) : wrongUse;
         if (!hostkit::ThreadRegister::Instance().WaitForAll(std::chrono::milliseconds(200))) {
             // A job still waits inside libcurl, and the libraries below it must not be unloaded under its

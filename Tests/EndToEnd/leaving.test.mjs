@@ -35,6 +35,7 @@ test("a page of the developer's own gets the object, and pages without the calle
     try {
         assert.equal(await workbench.eval("document.title"), "empty");
         assert.equal(await workbench.eval("KESTAPI.RequestFileName()"), "Untitled");
+        assert.equal((await workbench.ask({ do: "eval", script: "KESTAPI.Nothing()" })).ok, false);
         await workbench.do("fault", { call: "APIEnv_ProjectID", nth: 1, error: -1 });
         assert.equal(await workbench.eval("KESTAPI.RequestFileName()"), "");
         await workbench.eval(`KESTAPI.ExportIFCModel("{}")`);
@@ -43,6 +44,20 @@ test("a page of the developer's own gets the object, and pages without the calle
         assert.equal((await workbench.ask({ do: "nothing" })).ok, false);
         assert.equal(await workbench.quit(), 0);
     } finally {
+        await workbench.remove();
+    }
+});
+
+test("wrong use is told from failure", async () => {
+    for (const [options, status] of [
+        [["--bogus"], 2],
+        [["--language", "XX"], 2],
+        [["one.ifc", "two.ifc"], 2],
+        [["--tour", "nowhere"], 2],
+        [["--help"], 0],
+    ]) {
+        const workbench = new Workbench("--no-service", ...options);
+        assert.equal(await workbench.ended, status, options.join(" "));
         await workbench.remove();
     }
 });

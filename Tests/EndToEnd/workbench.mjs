@@ -29,7 +29,9 @@ export class Workbench {
             ["--headless", "--console", "--data-dir", this.data, ...options],
             { stdio: ["pipe", "pipe", "inherit"] },
         );
-        createInterface({ input: this.process.stdout }).on("line", (line) => this.#take(JSON.parse(line)));
+        createInterface({ input: this.process.stdout }).on("line", (line) => {
+            if (line.startsWith("{")) this.#take(JSON.parse(line));
+        });
         this.ended = new Promise((done) => this.process.on("close", (status, signal) => done(signal ?? status)));
         this.ended.then((status) => this.#answers.splice(0).forEach((answer) => answer({ ok: false, error: `ended: ${status}` })));
     }
