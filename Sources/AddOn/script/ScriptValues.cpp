@@ -2,9 +2,17 @@
 
 namespace {
 
+/// The value as one of its kinds; null for none. Throws by itself: not every host's own cast does.
+template <typename T>
+GS::Ref<T> CastTo(const GS::Ref<DG::JSBase>& value) {
+    GS::Ref<T> cast = GS::DynamicCast<T>(value);
+    if (value != nullptr && cast == nullptr) throw GS::ClassCastException();
+    return cast;
+}
+
 /// The scalar; null for none or for one of another kind; throws for an object or array.
 GS::Ref<DG::JSValue> Scalar(const GS::Ref<DG::JSBase>& value) {
-    return GS::DynamicCast<DG::JSValue>(value);
+    return CastTo<DG::JSValue>(value);
 }
 
 }  // namespace
@@ -40,7 +48,7 @@ bool GetIntegerFromJSVariable(const GS::Ref<DG::JSBase>& value, int* out) {
 bool GetAPI_Vector3DFromJSVariable(const GS::Ref<DG::JSBase>& value, API_Coord3D* out) {
     if (value == nullptr) return false;
 
-    const auto& items = GS::DynamicCast<DG::JSObject>(value)->GetItemTable();
+    const auto& items = CastTo<DG::JSObject>(value)->GetItemTable();
     const auto read = [&items](const char* name, double& coordinate) {
         const GS::Ref<DG::JSBase> item = items[name];
         if (item == nullptr) return false;
@@ -54,7 +62,7 @@ GS::Array<GS::UniString> GetStringArrayFromJSVariable(const GS::Ref<DG::JSBase>&
     GS::Array<GS::UniString> texts;
     if (value == nullptr) return texts;
 
-    for (const GS::Ref<DG::JSBase>& item : GS::DynamicCast<DG::JSArray>(value)->GetItemArray()) {
+    for (const GS::Ref<DG::JSBase>& item : CastTo<DG::JSArray>(value)->GetItemArray()) {
         const GS::UniString text = GetStringFromJavaScriptVariable(item);
         if (!text.IsEmpty()) texts.Push(text);
     }
