@@ -220,6 +220,38 @@ TEST_F(HostInterfaceTest, BadParametersAndUnansweredQuestions) {
     EXPECT_EQ(ACAPI_Environment(APIEnv_ProjectID, &project), APIERR_BADPARS);
     EXPECT_EQ(ACAPI_Environment(APIEnv_GetSpecFolderID), APIERR_BADPARS);
     EXPECT_EQ(ACAPI_Element_Get(nullptr), APIERR_BADPARS);
+    for (const API_EnvironmentID code :
+         {APIEnv_Get3DProjectionSetsID, APIEnv_Change3DProjectionSetsID, APIEnv_Get3DWindowSetsID,
+          APIEnv_Change3DWindowSetsID, APIEnv_Get3DCuttingPlanesID, APIEnv_Change3DCuttingPlanesID,
+          APIEnv_GetSurveyPointTransformationID})
+        EXPECT_EQ(ACAPI_Environment(code), APIERR_BADPARS);
+    EXPECT_EQ(ACAPI_Automate(APIDo_ZoomToElementsID), APIERR_BADPARS);
+    EXPECT_EQ(ACAPI_Automate(APIDo_ChangeWindowID), APIERR_BADPARS);
+    API_Box box = {};
+    EXPECT_EQ(ACAPI_Automate(APIDo_ZoomID, &box), APIERR_REFUSEDPAR);
+    API_Guid guid = APINULLGuid;
+    EXPECT_EQ(ACAPI_Database(APIDb_GetCurrentWindowID), APIERR_BADPARS);
+    EXPECT_EQ(ACAPI_Database(APIDb_GetElementInfoStringID, &guid), APIERR_BADPARS);
+    EXPECT_EQ(ACAPI_Database(static_cast<API_DatabaseID>(1)), APIERR_BADID);
+    GS::Array<API_Guid> found;
+    EXPECT_EQ(ACAPI_Element_GetElemListByIFCIdentifier(nullptr, nullptr, found), APIERR_BADPARS);
+    EXPECT_FALSE(ACAPI_Element_Filter(guid, APIFilt_In3D));
+
+    // What is asked for starts empty, whatever the caller left in it.
+    API_SelectionInfo info;
+    info.sel_nElem = 7;
+    GS::Array<API_Neig> selection = {API_Neig(guid)};
+    EXPECT_EQ(ACAPI_Selection_Get(&info, &selection, false), APIERR_BADID);
+    EXPECT_EQ(info.sel_nElem, 0);
+    EXPECT_TRUE(selection.IsEmpty());
+    API_3DCutPlanesInfo planes;
+    planes.shapes = reinterpret_cast<API_3DCutShapeType**>(&box);
+    EXPECT_EQ(ACAPI_Environment(APIEnv_Get3DCuttingPlanesID, &planes), APIERR_BADID);
+    EXPECT_EQ(planes.shapes, nullptr);
+    EXPECT_EQ(sizeof(API_3DWindowInfo), 40U);
+    EXPECT_EQ(sizeof(API_3DCutShapeType), 80U);
+    EXPECT_EQ(sizeof(API_SavePars_Picture), 40U);
+
     GS::UniString text("old");
     EXPECT_FALSE(RSGetIndString(&text, 32501, 4, ACAPI_GetOwnResModule()));
     EXPECT_EQ(text, "");

@@ -16,3 +16,18 @@ std::optional<API_Element> GetElement(const API_Guid& guid);
 
 /// Bounds of the element's body in the 3D model, in metres.
 std::optional<API_Box3D> GetElementBounds(const API_Guid& guid);
+
+/// The element's ID text as people see it; empty when it has none.
+GS::UniString GetElementIdText(const API_Guid& guid);
+
+struct IfcIdentifiers {
+    API_Guid own;       // the host's
+    API_Guid external;  // of the file that the element came with; null for none
+};
+std::optional<IfcIdentifiers> GetIfcIdentifiers(const API_Guid& guid);
+
+/// Elements that came with this identifier; when there are none, those whose own it is.
+GS::Array<API_Guid> FindElementsByIfcIdentifier(const API_Guid& identifier);
+
+/// The selected elements, in the order of the selection.
+GS::Array<API_Neig> GetSelection();

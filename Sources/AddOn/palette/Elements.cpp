@@ -1,7 +1,10 @@
 #include "palette/Elements.hpp"
 
 #include "host/Elements.hpp"
+#include "host/View3D.hpp"
 #include "palette/KestranePalette.hpp"
+
+#include "JDOMWriter.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -40,4 +43,99 @@ GS::Array<API_Element> KestranePalette::GetElementInfos() {
         if (const std::optional<API_Element> element = GetElement(guid)) elements.Push(*element);
     }
     return elements;
+}
+
+API_Guid KestranePalette::GetElementGuidFromIfcGuid(const GS::UniString& ifcGuid) {
+    API_Guid guid = APINULLGuid;
+    if (ACAPI_IFC_IFCGuidToAPIGuid(ifcGuid, guid) != NoError) return APINULLGuid;
+    // What was made in the host bears its own GUID as IFC GUID: the common case.
+    if (GetElement(guid)) return guid;
+    for (const API_Guid& element : FindElementsByIfcIdentifier(guid)) {
+        if (GetElement(element)) return element;
+    }
+    return APINULLGuid;
+}
+
+GS::Array<API_Guid> KestranePalette::GetElementsFromJSIfcGuids(const GS::Array<GS::UniString>& ifcGuids,
+                                                               GS::Array<GS::UniString>* unresolved) {
+    GS::Array<API_Guid> elements;
+    for (const GS::UniString& ifcGuid : ifcGuids) {
+        const API_Guid element = GetElementGuidFromIfcGuid(ifcGuid);
+        if (element != APINULLGuid) {
+            elements.Push(element);
+        } else if (unresolved != nullptr) {
+            unresolved->Push(ifcGuid);
+        }
+    }
+    return elements;
+}
+
+GS::Array<API_Neig> KestranePalette::GetElementNeigs(const GS::Array<API_Guid>& elements) {
+    GS::Array<API_Neig> neigs;
+    for (const API_Guid& element : elements)
+        neigs.PushNew(element);
+    return neigs;
+}
+
+GS::UniString KestranePalette::MakeComponentJSONString(const API_Guid& element) {
+    const GS::UniString name = GetElementIdText(element);
+    GS::UniString ifcGuid;
+    if (const std::optional<IfcIdentifiers> ifc = GetIfcIdentifiers(element))
+        ACAPI_IFC_APIGuidToIFCGuid(ifc->external != APINULLGuid ? ifc->external : ifc->own, ifcGuid);
+    return MakeComponentJSONString(ifcGuid, name);
+}
+
+GS::UniString KestranePalette::MakeComponentJSONString(const GS::UniString& ifcGuid,
+                                                       const GS::UniString& name) {
+    JSON::ObjectValue component;
+    component.AddValue("ifcGuid", new JSON::StringValue(ifcGuid));
+    component.AddValue("name", new JSON::StringValue(name));
+    GS::UniString text;
+    const JSON::JDOMStringWriter writer(component, text);
+    return text;
+}
+
+GS::Array<GS::UniString> KestranePalette::GetComponentInfos(const GS::Array<API_Guid>& elements) {
+    GS::Array<GS::UniString> infos;
+    for (const API_Guid& element : elements)
+        infos.Push(MakeComponentJSONString(element));
+    return infos;
+}
+
+GS::Array<GS::UniString> KestranePalette::GetElementInfos(const GS::Array<API_Neig>& elements) {
+    GS::Array<GS::UniString> infos;
+    for (const API_Neig& element : elements)
+        infos.Push(MakeComponentJSONString(element.guid));
+    return infos;
+}
+
+GS::Array<GS::UniString> KestranePalette::GetElementNames(const GS::Array<GS::UniString>& ifcGuids) {
+    GS::Array<GS::UniString> unresolved;
+    GS::Array<GS::UniString> infos = GetComponentInfos(GetElementsFromJSIfcGuids(ifcGuids, &unresolved));
+    for (const GS::UniString& ifcGuid : unresolved)
+        infos.Push(MakeComponentJSONString(ifcGuid, GS::UniString()));
+    return infos;
+}
+
+GS::Array<GS::UniString> KestranePalette::GetSelectedElements() {
+    return GetElementInfos(GetSelection());
+}
+
+void KestranePalette::HighlightSelectedElements(const GS::Array<API_Neig>& elements) {
+    // What is to be seen may be cut away.
+    CuttingPlanes planes;
+    if (planes.Load() == NoError && planes.AreOn()) {
+        planes.Switch(false);
+        if (planes.Apply() == NoError) Open3DView();
+    }
+    ACAPI_Element_DeselectAll();
+    HighlightElements(elements);
+}
+
+void KestranePalette::HighlightElements(const GS::Array<API_Neig>& elements) {
+    if (!elements.IsEmpty()) ACAPI_Element_Select(elements, true);
+}
+
+bool KestranePalette::ZoomToElement(const API_Guid& element) {
+    return ZoomTo({element}) == NoError;
 }

@@ -11,6 +11,8 @@
 #include <functional>
 #include <memory>
 
+struct ACSection;
+
 /// Identifies the palette to the host, which stores its place in workspaces under it.
 inline constexpr const char* KESTPALETTEGUID = "{7498d1c2-c932-48ec-b06c-98fb0cc9c1ee}";
 
@@ -76,6 +78,38 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     /// Executes "UpdateSelectedElements()" when the flag is set.
     void UpdateSelectedElements();
 
+    /// The element that has, or came with, this GUID of IFC files (22 characters); the null GUID for none.
+    static API_Guid GetElementGuidFromIfcGuid(const GS::UniString& ifcGuid);
+
+    /// The elements found, in order and with repetitions; the others' GUIDs go to `unresolved`.
+    static GS::Array<API_Guid> GetElementsFromJSIfcGuids(const GS::Array<GS::UniString>& ifcGuids,
+                                                         GS::Array<GS::UniString>* unresolved = nullptr);
+
+    static GS::Array<API_Neig> GetElementNeigs(const GS::Array<API_Guid>& elements);
+
+    /// The record that names an element to the page: JSON of an object with "ifcGuid" and "name".
+    static GS::UniString MakeComponentJSONString(const API_Guid& element);
+    static GS::UniString MakeComponentJSONString(const GS::UniString& ifcGuid, const GS::UniString& name);
+
+    /// Their component records, in order.
+    static GS::Array<GS::UniString> GetComponentInfos(const GS::Array<API_Guid>& elements);
+    static GS::Array<GS::UniString> GetElementInfos(const GS::Array<API_Neig>& elements);
+
+    /// The component records of the elements found, then of those GUIDs that no element has, without a name.
+    static GS::Array<GS::UniString> GetElementNames(const GS::Array<GS::UniString>& ifcGuids);
+
+    /// The component records of the host's selection.
+    static GS::Array<GS::UniString> GetSelectedElements();
+
+    /// Switches cutting planes off and makes these the selection.
+    static void HighlightSelectedElements(const GS::Array<API_Neig>& elements);
+
+    /// Adds these to the selection.
+    static void HighlightElements(const GS::Array<API_Neig>& elements);
+
+    /// True when the host did zoom.
+    static bool ZoomToElement(const API_Guid& element);
+
     /// The records of all elements of the open model that can be read, in the host's order.
     static GS::Array<API_Element> GetElementInfos();
 
@@ -114,6 +148,57 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     static GS::UniString GetIfcDoucments();
     static GS::UniString GetIfcDocumentFile();
 
+    // -- Viewpoints -----------------------------------------------------------------------------------------
+
+    struct ACViewpoint;
+    struct VisibilityProps;
+
+    /// Job thread: keeps the id of the uploaded picture for the viewpoints that follow, then executes
+    /// "InsertViewpoint()".
+    void InsertViewpoint(const GS::UniString& imageId);
+
+    /// The 3D window's state as JSON; empty before the first picture, or when the host does not answer.
+    static GS::UniString GetViewpoint();
+    static void GetPerspectViewpoint(API_3DProjectionInfo projection, ACViewpoint* viewpoint);
+    static void GetOrthogonalViewpoint(API_3DProjectionInfo projection, ACViewpoint* viewpoint);
+    /// The planes that cut at the moment.
+    static GS::Array<ACSection> GetSections();
+    /// False when the host does not list its elements.
+    static bool GetVisibilityProps(VisibilityProps* props);
+    /// Camera and image are the viewpoint's; selection, visibility and sections are the host's of now.
+    static GS::UniString GetJsonStringFromViewpoint(ACViewpoint viewpoint);
+
+    /// False when the camera is missing, or a member is of another kind than it should be.
+    static bool GetViewpointFromJSObject(const GS::Ref<DG::JSObject>& object, ACViewpoint* viewpoint);
+    static bool GetSectionsFromJSVariable(const GS::Ref<DG::JSBase>& value, GS::Array<ACSection>* sections);
+    static bool GetSectionFromJSVariable(const GS::Ref<DG::JSBase>& value, ACSection* section);
+
+    /// Makes the 3D window show the viewpoint; returns the host's error.
+    static GSErrCode SelectViewpoint(const ACViewpoint& viewpoint);
+    static void HandleVisualStates(const ACViewpoint& viewpoint);
+    static void ShowVisibleElements(const ACViewpoint& viewpoint);
+    static GSErrCode SetSections(const ACViewpoint& viewpoint);
+
+    static bool Is3DView();
+    static GSErrCode Open3DView();
+    static void Switch3DView(bool perspective);
+    /// Half of the 3D window's larger side, in pixels; 0 when the host does not answer.
+    static double GetMaxHalfLength();
+    static GSErrCode FitWindow();
+
+    // -- Snapshots ------------------------------------------------------------------------------------------
+
+    /// Uploads a picture of the 3D window, which must be in front and show a perspective. The request is an
+    /// object with the strings "token" and "projectId"; the page is told "InsertViewpoint()".
+    static void ExportImage(const GS::UniString& json);
+    static void ExportViewpointImage(const GS::UniString& json);
+
+    /// Saves the view as a PNG file and returns its path, or empty.
+    static GS::UniString GetSnapshot();
+
+    /// The local time as it may stand in a file name: "2026-11-21T09_30_00+01_00".
+    static GS::UniString GetTimeString();
+
     // -- Application and project ----------------------------------------------------------------------------
 
     /// True when the host speaks German. A host that does not answer counts as English.
@@ -136,6 +221,8 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     void InitBrowserControl();
     void OpenedProject();
 
+    static void ZoomAxonometry(const ACViewpoint& viewpoint);
+
     static GS::UniString SaveIfcModel(const GS::UniString& fileName, bool onlyVisible);
     static GSErrCode SaveIfcFile(const IO::Location& location, bool onlyVisible);
     static GS::UniString ReadIfcFile(const IO::Location& location);
@@ -143,5 +230,6 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     DG::Browser browser;
     bool addComponentFlag = false;
     GS::UniString ifcFileName;
-    std::shared_ptr<const GS::UniString> exportedModelResult;  // none yet: empty
+    std::shared_ptr<const GS::UniString> pendingImageId;  // none yet: empty, as the next
+    std::shared_ptr<const GS::UniString> exportedModelResult;
 };

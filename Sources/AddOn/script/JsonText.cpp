@@ -2,16 +2,6 @@
 
 #include "ValueToString.hpp"
 
-namespace {
-
-GS::UniString NumberText(double number) {
-    char text[256] = {};
-    GS::valuetostr(number, text, sizeof text);
-    return GS::UniString(text);
-}
-
-}  // namespace
-
 GS::UniString WrapString(const GS::UniString& text, const GS::UniString& left, const GS::UniString& right) {
     return left + text + right;
 }
@@ -29,10 +19,16 @@ GS::UniString JoinStrings(const GS::Array<GS::UniString>& items, const GS::UniSt
     return joined;
 }
 
+GS::UniString GetUniStringFromDouble(double number) {
+    char text[256] = {};
+    GS::valuetostr(number, text, sizeof text);
+    return GS::UniString(text);
+}
+
 GS::UniString GetUniStringFromVector(const API_Coord3D& vector) {
     GS::Array<GS::UniString> members;
-    members.Push(GetJSONElementString("x", NumberText(vector.x), true));
-    members.Push(GetJSONElementString("y", NumberText(vector.y), true));
-    members.Push(GetJSONElementString("z", NumberText(vector.z), true));
+    members.Push(GetJSONElementString("x", GetUniStringFromDouble(vector.x), true));
+    members.Push(GetJSONElementString("y", GetUniStringFromDouble(vector.y), true));
+    members.Push(GetJSONElementString("z", GetUniStringFromDouble(vector.z), true));
     return WrapString(JoinStrings(members, ","), "{", "}");
 }

@@ -17,5 +17,8 @@ GS::UniString GetJSONElementString(const GS::UniString& name, const GS::UniStrin
 /// The items in order with the separator between neighbours; empty items count.
 GS::UniString JoinStrings(const GS::Array<GS::UniString>& items, const GS::UniString& separator);
 
+/// The shortest decimal number that reads back as the same double.
+GS::UniString GetUniStringFromDouble(double number);
+
 /// {"x":X,"y":Y,"z":Z}
 GS::UniString GetUniStringFromVector(const API_Coord3D& vector);

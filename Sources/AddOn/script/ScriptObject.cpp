@@ -1,6 +1,6 @@
 #include "script/ScriptObject.hpp"
 
-#include "palette/KestranePalette.hpp"
+#include "palette/Viewpoint.hpp"
 #include "script/ScriptValues.hpp"
 
 namespace {
@@ -24,9 +24,41 @@ Value GetResourceFolder(const Value&) {
     return Text(KestranePalette::GetInstance().GetResourceFolder());
 }
 
+GS::Array<API_Guid> ElementsOf(const Value& ifcGuids) {
+    return KestranePalette::GetElementsFromJSIfcGuids(GetStringArrayFromJSVariable(ifcGuids));
+}
+
+Value HighlightElements(const Value& ifcGuids) {
+    KestranePalette::HighlightSelectedElements(KestranePalette::GetElementNeigs(ElementsOf(ifcGuids)));
+    return Done();
+}
+
+Value ZoomToElement(const Value& ifcGuids) {
+    const GS::Array<API_Guid> elements = ElementsOf(ifcGuids);
+    const bool zoomed = elements.GetSize() == 1 && KestranePalette::ZoomToElement(elements.GetFirst());
+    return ConvertToJavaScriptVariable(zoomed);
+}
+
+Value GetElementNames(const Value& ifcGuids) {
+    return ConvertToJavaScriptVariable(
+        KestranePalette::GetElementNames(GetStringArrayFromJSVariable(ifcGuids)));
+}
+
 Value AlertAPI(const Value& message) {
     DG::InformationAlert(GetStringFromJavaScriptVariable(message), GS::UniString(), "OK");
     return Done();
+}
+
+Value SelectViewpoint(const Value& viewpoint) {
+    KestranePalette::ACViewpoint read;
+    const bool readable =
+        KestranePalette::GetViewpointFromJSObject(GetObjectFromJSVariable(viewpoint), &read);
+    if (readable) KestranePalette::SelectViewpoint(read);
+    return ConvertToJavaScriptVariable(readable);
+}
+
+Value GetSelectedElements(const Value&) {
+    return ConvertToJavaScriptVariable(KestranePalette::GetSelectedElements());
 }
 
 Value AddComponent(const Value& argument) {
@@ -34,6 +66,10 @@ Value AddComponent(const Value& argument) {
     GetBoolFromJSVariable(argument, &flag);
     KestranePalette::SetAddComponentFlag(flag);
     return Done();
+}
+
+Value AddViewpoint(const Value&) {
+    return Text(KestranePalette::GetViewpoint());
 }
 
 Value RegisterIfcFileName(const Value& name) {
@@ -62,17 +98,29 @@ Value GetIfcDocuments(const Value&) {
     return Text(KestranePalette::GetIfcDoucments());
 }
 
+Value ExportSnapshot(const Value& request) {
+    KestranePalette::ExportImage(GetStringFromJavaScriptVariable(request));
+    return Done();
+}
+
 /// In the order in which the page sees them.
 constexpr ScriptFunction scriptFunctions[] = {
     {"GetResourceFolder", GetResourceFolder},
+    {"HighlightElements", HighlightElements},
+    {"ZoomToElement", ZoomToElement},
+    {"GetElementNames", GetElementNames},
     {"AlertAPI", AlertAPI},
+    {"SelectViewpoint", SelectViewpoint},
+    {"GetSelectedElements", GetSelectedElements},
     {"AddComponent", AddComponent},
+    {"AddViewpoint", AddViewpoint},
     {"RegisterIfcFileName", RegisterIfcFileName},
     {"RequestFileName", RequestFileName},
     {"GetIfcFile", GetIfcFile},
     {"GetApplicationInfo", GetApplicationInfo},
     {"ExportIFCModel", ExportIFCModel},
     {"GetIfcDocuments", GetIfcDocuments},
+    {"ExportSnapshot", ExportSnapshot},
 };
 
 }  // namespace

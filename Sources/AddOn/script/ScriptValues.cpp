@@ -68,3 +68,7 @@ GS::Array<GS::UniString> GetStringArrayFromJSVariable(const GS::Ref<DG::JSBase>&
     }
     return texts;
 }
+
+GS::Ref<DG::JSObject> GetObjectFromJSVariable(const GS::Ref<DG::JSBase>& value) {
+    return CastTo<DG::JSObject>(value);
+}

@@ -28,6 +28,9 @@ bool GetAPI_Vector3DFromJSVariable(const GS::Ref<DG::JSBase>& value, API_Coord3D
 /// The non-empty strings of an array, in order; empty strings and other scalars are dropped.
 GS::Array<GS::UniString> GetStringArrayFromJSVariable(const GS::Ref<DG::JSBase>& value);
 
+/// The object; null for a missing value.
+GS::Ref<DG::JSObject> GetObjectFromJSVariable(const GS::Ref<DG::JSBase>& value);
+
 /// A script value of a boolean, number or string; of an array, a script array of its items.
 template <typename T>
 GS::Ref<DG::JSBase> ConvertToJavaScriptVariable(const T& value) {

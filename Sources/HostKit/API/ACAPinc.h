@@ -7,6 +7,7 @@
 #include "APIEnvir.h"
 #include "APIdefs_Automate.h"
 #include "APIdefs_Base.h"
+#include "APIdefs_Database.h"
 #include "APIdefs_Elements.h"
 #include "APIdefs_Environment.h"
 #include "APIdefs_Registration.h"
@@ -68,12 +69,23 @@ GSErrCode ACAPI_Notify_CatchProjectEvent(GSFlags eventTypes, APIProjectEventHand
 
 // APIEnv_ApplicationID: API_ServerApplicationInfo*; APIEnv_ProjectID: API_ProjectInfo* (a fresh one, else
 // BADPARS), NOPLAN when nothing is open; APIEnv_GetSpecFolderID: API_SpecFolderID*, IO::Location*.
+// The 3D window's settings: Get and Change3DProjectionSetsID: API_3DProjectionInfo*, and to change bool*
+// (true: only switch between perspective and axonometry); Get and Change3DWindowSetsID: API_3DWindowInfo*;
+// Get and Change3DCuttingPlanesID: API_3DCutPlanesInfo*, whose shapes are the caller's.
+// GetSurveyPointTransformationID: API_Tranmat*.
 GSErrCode ACAPI_Environment(API_EnvironmentID code, void* par1 = nullptr, void* par2 = nullptr,
                             void* par3 = nullptr);
 
-// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*). Complete operation: REFUSEDCMD
-// inside notifications.
+// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*, API_SavePars_Picture*). Complete
+// operation: REFUSEDCMD inside notifications. ShowAllIn3DID, ShowSelectionIn3DID: none; they bring the 3D
+// window to the front. ZoomID: none, which fits all into the window (REFUSEDPAR otherwise).
+// ZoomToElementsID: GS::Array<API_Guid>*. ChangeWindowID: API_WindowInfo*.
 GSErrCode ACAPI_Automate(API_AutomateID code, void* par1 = nullptr, void* par2 = nullptr,
+                         void* par3 = nullptr);
+
+// APIDb_GetCurrentWindowID: API_WindowInfo*. APIDb_GetElementInfoStringID: API_Guid*, GS::UniString*; BADID:
+// no such element.
+GSErrCode ACAPI_Database(API_DatabaseID code, void* par1 = nullptr, void* par2 = nullptr,
                          void* par3 = nullptr);
 
 // Replaces the list by the elements of the type (all zero: of every type) that pass the filter.
@@ -81,12 +93,35 @@ GSErrCode ACAPI_Element_GetElemList(const API_ElemType& type, GS::Array<API_Guid
                                     API_ElemFilterFlags filter = APIFilt_None,
                                     const API_Guid& renovationFilterGuid = APINULLGuid);
 
+// Whether the element passes all these filters.
+bool ACAPI_Element_Filter(const API_Guid& guid, API_ElemFilterFlags filter,
+                          API_ElemVariationID variation = APIVarId_Generic,
+                          const API_Guid& renovationFilterGuid = APINULLGuid);
+
 // Read by header.guid alone. BADID: no such element.
 GSErrCode ACAPI_Element_Get(API_Element* element, UInt32 mask = 0);
 GSErrCode ACAPI_Element_GetHeader(API_Elem_Head* header, UInt32 mask = 0);
 
 // Bounds in metres. GENERAL when the element is not in the 3D model.
 GSErrCode ACAPI_Element_Get3DInfo(const API_Elem_Head& header, API_ElemInfo3D* info);
+
+// Adds to the selection, or takes from it.
+GSErrCode ACAPI_Element_Select(const GS::Array<API_Neig>& elements, bool add);
+GSErrCode ACAPI_Element_DeselectAll();
+
+// NOSEL when nothing is selected. The marquee's coordinates are the caller's to kill.
+GSErrCode ACAPI_Selection_Get(API_SelectionInfo* info, GS::Array<API_Neig>* elements, bool onlyEditable,
+                              bool ignorePartialSelection = true,
+                              API_SelRelativePosID relativePosition = API_InsidePartially);
+
+// The host's own identifier, and the one from the file that the element came with, null for none.
+GSErrCode ACAPI_Element_GetIFCIdentifier(const API_Guid& element, API_Guid& archicadIFCID,
+                                         API_Guid& externalIFCID);
+
+// Replaces the list by the elements that have the identifiers given; null: any. BADPARS when both are.
+GSErrCode ACAPI_Element_GetElemListByIFCIdentifier(const API_Guid* archicadIFCID,
+                                                   const API_Guid* externalIFCID,
+                                                   GS::Array<API_Guid>& elements);
 
 // The first is the default one.
 GSErrCode ACAPI_IFC_GetIFCExportTranslatorsList(GS::Array<API_IFCTranslatorIdentifier>& translators);

@@ -5,7 +5,14 @@
 #include "FourCharacters.hpp"
 #include "Location.hpp"
 
-enum API_AutomateID : Int32 { APIDo_SaveID = hostkit::FourCharacters("SAVE") };
+enum API_AutomateID : Int32 {
+    APIDo_SaveID = hostkit::FourCharacters("SAVE"),
+    APIDo_ShowAllIn3DID = hostkit::FourCharacters("SA3D"),
+    APIDo_ShowSelectionIn3DID = hostkit::FourCharacters("SS3D"),
+    APIDo_ZoomID = hostkit::FourCharacters("ZOOM"),
+    APIDo_ZoomToElementsID = hostkit::FourCharacters("ZTEL"),
+    APIDo_ChangeWindowID = hostkit::FourCharacters("CHWD")
+};
 
 enum API_FTypeID {
     APIFType_None = 0,
@@ -48,4 +55,30 @@ struct API_SavePars_Ifc {
     bool includeBoundingBoxGeometry = false;
     void* filler_1 = nullptr;
     void* filler_2 = nullptr;
+};
+
+enum API_ColorDepthID : Int32 {
+    APIColorDepth_FromSourceImage = -1,
+    APIColorDepth_BW,
+    APIColorDepth_16C,
+    APIColorDepth_256C,
+    APIColorDepth_16G,
+    APIColorDepth_256G,
+    APIColorDepth_4C,
+    APIColorDepth_4G,
+    APIColorDepth_ThC,
+    APIColorDepth_MiC,
+    APIColorDepth_MiCP,
+    APIColorDepth_64KC,
+    APIColorDepth_TC24,
+    APIColorDepth_TC32
+};
+
+struct API_SavePars_Picture {
+    API_ColorDepthID colorDepth;
+    bool dithered;
+    bool view2D;
+    bool crop;
+    bool keepSelectionHighlight;
+    Int32 filler_2[8];
 };

@@ -13,6 +13,10 @@ struct API_Coord3D {
     double x, y, z;
 };
 
+struct API_Box {
+    double xMin, yMin, xMax, yMax;
+};
+
 struct API_Box3D {
     double xMin, yMin, zMin, xMax, yMax, zMax;
 };

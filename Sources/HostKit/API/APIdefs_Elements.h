@@ -1,6 +1,7 @@
 #pragma once
 
 #include "APIdefs_Base.h"
+#include "Definitions.hpp"
 
 enum API_ElemTypeID {
     API_ZombieElemID = 0,
@@ -84,4 +85,34 @@ struct API_Neig {
     short subType = 0;
     short nodeType = 0;
     UInt32 supplUnId = 0;
+};
+
+enum API_SelTypeID : Int32 {
+    API_SelEmpty = 0,
+    API_SelElems,
+    API_MarqueePoly,
+    API_MarqueeHorBox,
+    API_MarqueeRotBox
+};
+
+enum API_SelRelativePosID : Int32 { API_InsidePartially = 0, API_InsideEntirely, API_OutsideEntirely };
+
+// A marquee. The coordinates are the caller's to kill.
+struct API_Region {
+    API_Box box;
+    double boxRotAngle;
+    Int32 nCoords;
+    Int32 filler_1;
+    API_Coord** coords;
+};
+
+struct API_SelectionInfo {
+    API_SelTypeID typeID;
+    Int32 sel_nElem;
+    Int32 sel_nElemEdit;
+    Int32 filler_1[3];
+    bool filler_2[3];
+    bool multiStory;
+    Int32 filler_3;
+    API_Region marquee;
 };

@@ -7,7 +7,14 @@
 enum API_EnvironmentID : Int32 {
     APIEnv_ApplicationID = hostkit::FourCharacters("APPL"),
     APIEnv_ProjectID = hostkit::FourCharacters("PROJ"),
-    APIEnv_GetSpecFolderID = hostkit::FourCharacters("GSPF")
+    APIEnv_GetSpecFolderID = hostkit::FourCharacters("GSPF"),
+    APIEnv_Get3DProjectionSetsID = hostkit::FourCharacters("GP3D"),
+    APIEnv_Change3DProjectionSetsID = hostkit::FourCharacters("CP3D"),
+    APIEnv_Get3DWindowSetsID = hostkit::FourCharacters("GW3D"),
+    APIEnv_Change3DWindowSetsID = hostkit::FourCharacters("CW3D"),
+    APIEnv_Get3DCuttingPlanesID = hostkit::FourCharacters("GC3D"),
+    APIEnv_Change3DCuttingPlanesID = hostkit::FourCharacters("CC3D"),
+    APIEnv_GetSurveyPointTransformationID = hostkit::FourCharacters("SPTR")
 };
 
 struct API_ServerApplicationInfo {
@@ -50,4 +57,76 @@ enum API_SpecFolderID {
     API_HelpFolderID,
     API_EmbeddedProjectLibraryFolderID,
     API_EmbeddedProjectLibraryHotlinkFolderID
+};
+
+struct API_SunAngleSettings {
+    double sunAzimuth, sunAltitude;
+    Int32 filler[4];
+};
+
+// Angles in degrees, lengths in metres.
+struct API_PerspPars {
+    double azimuth;
+    API_SunAngleSettings sunAngSets;
+    double viewCone;
+    double rollAngle, distance;
+    double cameraZ, targetZ;
+    bool isTwoPointPersp;
+    bool filler_0[7];
+    double filler_1[7];
+    API_Coord pos, target;
+    double filler_2[8];
+};
+
+struct API_AxonoPars {
+    double azimuth;
+    API_SunAngleSettings sunAngSets;
+    short projMod;
+    short filler_1;
+    Int32 filler_2;
+    API_Tranmat tranmat;     // of a point to its projection: right, up, depth
+    API_Tranmat invtranmat;  // its inverse
+    double filler_3[8];
+};
+
+// Null GUIDs: the parameters count, not a camera of the floor plan.
+struct API_3DProjectionInfo {
+    bool isPersp;
+    char filler_1[7];
+    API_Guid camGuid, actCamSet;
+    union {
+        API_PerspPars persp;
+        API_AxonoPars axono;
+    } u;
+};
+
+// A projected point (x, y) lies at the pixel (x * zoomScaleX + zoomDispX, y * zoomScaleY + zoomDispY), with
+// the origin at the window's upper left corner and y upwards.
+struct API_3DWindowInfo {
+    bool setWindowSize;
+    short hSize, vSize;
+    bool setZoom;
+    double zoomScaleX, zoomScaleY;
+    double zoomDispX, zoomDispY;
+};
+
+// The points p with (pa, pb, pc) . p = pd, for (pa, pb, pc) brought to length 1.
+struct API_3DCutShapeType {
+    short cutStatus;
+    short cutPen;
+    API_AttributeIndex cutMater;
+    short filler_1;
+    double pa, pb, pc, pd;
+    double filler_2[5];
+};
+
+// The shapes are the caller's to kill, also after a get; they may be null.
+struct API_3DCutPlanesInfo {
+    bool isCutPlanes;
+    bool useCustom;
+    short customPen;
+    API_AttributeIndex customMater;
+    short nShapes;
+    API_3DCutShapeType** shapes;
+    Int32 filler_2[9];
 };

@@ -14,6 +14,16 @@ GSErrCode ACAPI_Element_GetElemList(const API_ElemType& type, GS::Array<API_Guid
     });
 }
 
+bool ACAPI_Element_Filter(const API_Guid& guid, API_ElemFilterFlags filter, API_ElemVariationID,
+                          const API_Guid&) {
+    bool passes = false;
+    const GSErrCode error = HostCall("ACAPI_Element_Filter", [&](Session& session) {
+        passes = session.GetHost().PassesFilter(guid, filter);
+        return NoError;
+    });
+    return error == NoError && passes;
+}
+
 GSErrCode ACAPI_Element_Get(API_Element* element, UInt32) {
     return HostCall("ACAPI_Element_Get", [&](Session& session) -> GSErrCode {
         if (element == nullptr) return APIERR_BADPARS;
@@ -32,6 +42,43 @@ GSErrCode ACAPI_Element_Get3DInfo(const API_Elem_Head& header, API_ElemInfo3D* i
     return HostCall("ACAPI_Element_Get3DInfo", [&](Session& session) -> GSErrCode {
         if (info == nullptr) return APIERR_BADPARS;
         return session.GetHost().Element3DInfo(header, *info);
+    });
+}
+
+GSErrCode ACAPI_Element_Select(const GS::Array<API_Neig>& elements, bool add) {
+    return HostCall("ACAPI_Element_Select",
+                    [&](Session& session) { return session.GetHost().Select(elements, add); });
+}
+
+GSErrCode ACAPI_Element_DeselectAll() {
+    return HostCall("ACAPI_Element_DeselectAll",
+                    [](Session& session) { return session.GetHost().DeselectAll(); });
+}
+
+GSErrCode ACAPI_Selection_Get(API_SelectionInfo* info, GS::Array<API_Neig>* elements, bool, bool,
+                              API_SelRelativePosID) {
+    return HostCall("ACAPI_Selection_Get", [&](Session& session) -> GSErrCode {
+        if (info == nullptr || elements == nullptr) return APIERR_BADPARS;
+        *info = {};
+        elements->Clear();
+        return session.GetHost().Selection(*info, *elements);
+    });
+}
+
+GSErrCode ACAPI_Element_GetIFCIdentifier(const API_Guid& element, API_Guid& archicadIFCID,
+                                         API_Guid& externalIFCID) {
+    return HostCall("ACAPI_Element_GetIFCIdentifier", [&](Session& session) {
+        return session.GetHost().IfcIdentifier(element, archicadIFCID, externalIFCID);
+    });
+}
+
+GSErrCode ACAPI_Element_GetElemListByIFCIdentifier(const API_Guid* archicadIFCID,
+                                                   const API_Guid* externalIFCID,
+                                                   GS::Array<API_Guid>& elements) {
+    return HostCall("ACAPI_Element_GetElemListByIFCIdentifier", [&](Session& session) -> GSErrCode {
+        if (archicadIFCID == nullptr && externalIFCID == nullptr) return APIERR_BADPARS;
+        elements.Clear();
+        return session.GetHost().ElementsByIfcIdentifier(archicadIFCID, externalIFCID, elements);
     });
 }
 

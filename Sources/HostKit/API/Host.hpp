@@ -32,6 +32,45 @@ class Host {
     // The array comes empty; the identifiers' references become the caller's.
     virtual GSErrCode ExportTranslators(GS::Array<API_IFCTranslatorIdentifier>&) { return APIERR_BADID; }
 
+    virtual GSErrCode Projection3D(API_3DProjectionInfo&) { return APIERR_BADID; }
+    // `onlyMode`: of the record only isPersp counts.
+    virtual GSErrCode ChangeProjection3D(const API_3DProjectionInfo&, bool /* onlyMode */) {
+        return APIERR_BADID;
+    }
+    virtual GSErrCode Window3D(API_3DWindowInfo&) { return APIERR_BADID; }
+    virtual GSErrCode ChangeWindow3D(const API_3DWindowInfo&) { return APIERR_BADID; }
+    // The record comes zeroed; the shapes become the caller's.
+    virtual GSErrCode CuttingPlanes(API_3DCutPlanesInfo&) { return APIERR_BADID; }
+    virtual GSErrCode ChangeCuttingPlanes(const API_3DCutPlanesInfo&) { return APIERR_BADID; }
+    virtual GSErrCode SurveyPointTransformation(API_Tranmat&) { return APIERR_BADID; }
+
+    virtual GSErrCode ShowAllIn3D() { return APIERR_BADID; }
+    virtual GSErrCode ShowSelectionIn3D() { return APIERR_BADID; }
+    virtual GSErrCode ZoomToFit() { return APIERR_BADID; }
+    virtual GSErrCode ZoomToElements(const GS::Array<API_Guid>&) { return APIERR_BADID; }
+    virtual GSErrCode ChangeWindow(const API_WindowInfo&) { return APIERR_BADID; }
+    // The record comes zeroed.
+    virtual GSErrCode CurrentWindow(API_WindowInfo&) { return APIERR_BADID; }
+
+    // False also for what is no element.
+    virtual bool PassesFilter(const API_Guid&, API_ElemFilterFlags) { return false; }
+    virtual GSErrCode ElementInfoString(const API_Guid&, GS::UniString&) { return APIERR_BADID; }
+    // The element's own identifier and the one of the file that it came with, null for none.
+    virtual GSErrCode IfcIdentifier(const API_Guid&, API_Guid& /* own */, API_Guid& /* external */) {
+        return APIERR_BADID;
+    }
+    // At least one of the identifiers is given, the other may be null; the array comes empty.
+    virtual GSErrCode ElementsByIfcIdentifier(const API_Guid* /* own */, const API_Guid* /* external */,
+                                              GS::Array<API_Guid>&) {
+        return APIERR_BADID;
+    }
+
+    // Adds to the selection, or takes from it.
+    virtual GSErrCode Select(const GS::Array<API_Neig>&, bool /* add */) { return APIERR_BADID; }
+    virtual GSErrCode DeselectAll() { return APIERR_BADID; }
+    // The record comes zeroed, the array empty.
+    virtual GSErrCode Selection(API_SelectionInfo&, GS::Array<API_Neig>&) { return APIERR_BADID; }
+
     // An item's new flags, for the menu bar.
     virtual void MenuItemFlagsChanged(short /* menuStrings */, Int32 /* item */, GSFlags) {}
 };
