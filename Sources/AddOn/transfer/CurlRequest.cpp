@@ -1,7 +1,6 @@
 #include "transfer/CurlRequest.hpp"
 
 #include <mutex>
-#include <utility>
 
 namespace {
 
@@ -21,11 +20,6 @@ CurlRequest::~CurlRequest() {
     curl_slist_free_all(headers);
     curl_easy_cleanup(handle);
 }
-
-CurlRequest::CurlRequest(CurlRequest&& other) noexcept
-    : handle(std::exchange(other.handle, nullptr)),
-      headers(std::exchange(other.headers, nullptr)),
-      form(std::exchange(other.form, nullptr)) {}
 
 void CurlRequest::AddHeader(const char* line) {
     if (curl_slist* const longer = curl_slist_append(headers, line)) headers = longer;

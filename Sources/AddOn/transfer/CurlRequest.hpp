@@ -9,8 +9,8 @@ class CurlRequest {
     /// Asks libcurl for a handle; there may be none.
     CurlRequest();
     ~CurlRequest();
-    CurlRequest(CurlRequest&& other) noexcept;
-    CurlRequest& operator=(CurlRequest&&) = delete;
+    CurlRequest(const CurlRequest&) = delete;
+    CurlRequest& operator=(const CurlRequest&) = delete;
 
     explicit operator bool() const { return handle != nullptr; }
     CURL* Handle() const { return handle; }

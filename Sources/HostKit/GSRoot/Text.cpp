@@ -101,8 +101,7 @@ GS::UniString ToUniString(std::string_view utf8) {
 }
 
 std::string ToUtf8(const GS::UniString& text) {
-    const GS::UniString::UStr units = text.ToUStr();
-    return Utf8({units.Get(), text.GetLength()});
+    return Utf8(Units(text));
 }
 
 }  // namespace hostkit

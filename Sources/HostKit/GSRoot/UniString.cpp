@@ -5,6 +5,10 @@
 #include "GSException.hpp"
 #include "HostKit/GSRoot/Text.hpp"
 
+std::u16string_view hostkit::Units(const GS::UniString& text) {
+    return text.units;
+}
+
 namespace GS {
 
 namespace {

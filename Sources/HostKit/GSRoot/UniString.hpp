@@ -2,9 +2,21 @@
 
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "Definitions.hpp"
+
+namespace GS {
+class UniString;
+}
+
+namespace hostkit {
+
+// The text's own units, without a copy; valid as long as it is not changed.
+std::u16string_view Units(const GS::UniString& text);
+
+}  // namespace hostkit
 
 namespace GS {
 
@@ -100,6 +112,7 @@ class UniString {
   private:
     using FormatArgument = std::variant<Int64, UInt64, double, const char*, const void*, PrintfText>;
     friend class UniStringFormatter;
+    friend std::u16string_view hostkit::Units(const UniString& text);
 
     static UniString Format(const char* format, std::initializer_list<FormatArgument> arguments);
 

@@ -4,10 +4,8 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <string>
-
-#include "HostKit/GSRoot/Text.hpp"
+#include <string_view>
 
 namespace JSON {
 
@@ -21,10 +19,10 @@ class Writer {
     void Write(const Value& value) {
         switch (value.GetType()) {
             case Value::NullType:
-                text += "null";
+                text += u"null";
                 break;
             case Value::BoolType:
-                text += BoolValue::Cast(value).Get() ? "true" : "false";
+                text += BoolValue::Cast(value).Get() ? u"true" : u"false";
                 break;
             case Value::NumberType:
                 WriteNumber(NumberValue::Cast(value));
@@ -41,68 +39,88 @@ class Writer {
         }
     }
 
-    const std::string& Text() const { return text; }
+    const std::u16string& Text() const { return text; }
 
   private:
     void WriteNumber(const NumberValue& number) {
         const double value = number.GetDouble();
         if (!std::isfinite(value)) {
-            text += "null";
+            text += u"null";
             return;
         }
         char buffer[64];
         const int precision = number.IsDouble() ? digits : std::numeric_limits<UInt32>::digits10 + 1;
         const auto written =
             std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::general, precision);
-        text.append(buffer, written.ptr);
+        text.append(buffer, written.ptr);  // ASCII
     }
 
-    void WriteString(const GS::UniString& string) { text += nlohmann::json(hostkit::ToUtf8(string)).dump(); }
+    void WriteString(const GS::UniString& string) {
+        text += u'"';
+        for (const char16_t unit : hostkit::Units(string))
+            WriteUnit(unit);
+        text += u'"';
+    }
+
+    // RFC 8259, section 7.
+    void WriteUnit(char16_t unit) {
+        constexpr std::u16string_view escaped = u"\"\\\b\f\n\r\t";
+        constexpr std::u16string_view letters = u"\"\\bfnrt";
+        if (unit >= 0x20 && unit != u'"' && unit != u'\\') {
+            text += unit;
+        } else if (const auto found = escaped.find(unit); found != escaped.npos) {
+            text += {u'\\', letters[found]};
+        } else {
+            constexpr std::u16string_view digits = u"0123456789abcdef";
+            text += u"\\u00";
+            text += {digits[unit >> 4], digits[unit & 0xF]};
+        }
+    }
 
     void WriteArray(const ArrayValue& array) {
-        Begin('[');
+        Begin(u'[');
         array.Enumerate([this](const ValueRef& item) {
             BeginItem();
             Write(*item);
         });
-        End(']');
+        End(u']');
     }
 
     void WriteObject(const ObjectValue& object) {
-        Begin('{');
+        Begin(u'{');
         object.Enumerate([this](const GS::UniString& name, const ValueRef& member) {
             BeginItem();
             WriteString(name);
-            text += formatted ? ": " : ":";
+            text += formatted ? u": " : u":";
             Write(*member);
         });
-        End('}');
+        End(u'}');
     }
 
-    void Begin(char bracket) {
+    void Begin(char16_t bracket) {
         text += bracket;
         ++depth;
     }
 
     void BeginItem() {
-        if (text.back() != '[' && text.back() != '{') text += ',';
+        if (text.back() != u'[' && text.back() != u'{') text += u',';
         NewLine();
     }
 
-    void End(char bracket) {
+    void End(char16_t bracket) {
         --depth;
-        if (text.back() != '[' && text.back() != '{') NewLine();
+        if (text.back() != u'[' && text.back() != u'{') NewLine();
         text += bracket;
     }
 
     void NewLine() {
-        if (formatted) text += '\n' + std::string(depth * 4, ' ');
+        if (formatted) text += u'\n' + std::u16string(depth * 4, u' ');
     }
 
     bool formatted;
     int digits;
     std::size_t depth = 0;
-    std::string text;
+    std::u16string text;
 };
 
 }  // namespace
@@ -112,7 +130,7 @@ JDOMStringWriter::JDOMStringWriter(const Value& root, GS::UniString& destination
     if (!root.IsObject() && !root.IsArray()) throw GS::IllegalArgumentException();
     Writer writer(formatOutput, numberOfDigits);
     writer.Write(root);
-    destination = hostkit::ToUniString(writer.Text());
+    destination = GS::UniString(writer.Text().data(), static_cast<USize>(writer.Text().size()));
 }
 
 }  // namespace JSON
