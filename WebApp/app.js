@@ -3,16 +3,21 @@ import { Host } from "./host.js";
 import { proposedFileName } from "./logic/file-name.js";
 import { readHostInfo } from "./logic/host-info.js";
 import * as memory from "./memory.js";
+import { Pictures } from "./pictures.js";
+import { Selection } from "./selection.js";
 import { Service } from "./service.js";
 import { language, setLanguage, text } from "./text.js";
 import { Upload } from "./upload.js";
 import { Value } from "./value.js";
 import { mainView } from "./views/main.js";
 import { signInView } from "./views/sign-in.js";
+import { ViewpointWork } from "./viewpoints.js";
 
 const root = document.getElementById("app");
 const project = new Value("");
+const chosenProject = new Value(null);
 const place = new Value(null);
+const view = new Value(memory.shownView.get() === "issues" ? "issues" : "documents");
 const draft = new Value({ fileName: "", onlyVisible: false });
 let screen = new AbortController();
 
@@ -24,6 +29,9 @@ document.title = text("app.title");
 
 const service = new Service(info ? info.apiBase : new URL("api/", document.baseURI).href);
 const upload = new Upload(host, service, memory.pendingUpload);
+const pictures = new Pictures(service);
+const viewpoints = new ViewpointWork(host, service, pictures);
+const selection = new Selection(host);
 
 service.token = memory.signedIn.get()?.token ?? null;
 service.onSignInExpired = () => showSignIn(text("error.expired"));
@@ -32,12 +40,16 @@ draft.watch((filled) => {
     if (project.get()) memory.draft.set({ project: project.get(), ...filled });
 });
 
+view.watch((shown) => memory.shownView.set(shown));
+
 await openScreen();
 if (host) {
     window.listenToPageCalls({
         RequestFileName: () => takeProjectName(false),
         CompleteExportModel: () => upload.complete(),
         FailExportModel: () => upload.fail(),
+        InsertViewpoint: () => viewpoints.insert(),
+        UpdateSelectedElements: () => selection.update(),
     });
     await takeProjectName(true);
     await upload.resume();
@@ -79,6 +91,7 @@ function show(make) {
 
 function showSignIn(message) {
     memory.signedIn.set(null);
+    chosenProject.set(null);
     place.set(null);
     const { view, ready } = signInView({
         service,
@@ -102,14 +115,20 @@ function showMain(user) {
             info,
             service,
             upload,
+            pictures,
+            viewpoints,
+            selection,
             project,
+            chosenProject,
             place,
+            view,
             draft,
             choices: memory.choices,
             signal,
             onSignOut() {
                 service.signOut().catch(() => {});
                 upload.forget();
+                viewpoints.dismiss();
                 showSignIn();
             },
         }),

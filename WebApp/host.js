@@ -43,4 +43,42 @@ export class Host {
     async uploadAnswer() {
         return String((await KESTAPI.GetIfcDocuments()) ?? "");
     }
+
+    /** From now on the host calls UpdateSelectedElements when the selection changed, or no longer. */
+    watchSelection(watched) {
+        return KESTAPI.AddComponent(watched);
+    }
+
+    /** The selected elements, each as a JSON text of its IFC GUID and name. */
+    async selectedElements() {
+        return (await KESTAPI.GetSelectedElements()) ?? [];
+    }
+
+    /** Selects these elements and no others; switches cutting planes off. */
+    highlight(ifcGuids) {
+        return KESTAPI.HighlightElements(ifcGuids);
+    }
+
+    /** Whether the open model has the element and the view went there. */
+    async zoomTo(ifcGuid) {
+        return (await KESTAPI.ZoomToElement([ifcGuid])) === true;
+    }
+
+    /**
+     * Has a picture of the 3D view uploaded. The answer comes when the person has closed whatever the host had
+     * to say; the host calls InsertViewpoint when the picture was uploaded, and nothing when it was not.
+     */
+    exportSnapshot({ token, projectId }) {
+        return KESTAPI.ExportSnapshot(JSON.stringify({ token, projectId }));
+    }
+
+    /** The 3D view as JSON text, with the id of the last uploaded picture; empty when it cannot be read. */
+    async viewpoint() {
+        return String((await KESTAPI.AddViewpoint()) ?? "");
+    }
+
+    /** Shows what the viewpoint's object describes; false when the host cannot read it. */
+    async openViewpoint(viewpoint) {
+        return (await KESTAPI.SelectViewpoint(viewpoint)) === true;
+    }
 }

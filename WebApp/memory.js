@@ -1,4 +1,4 @@
-// What the page remembers: the sign-in and a running upload until the host is left, choices for good.
+// What the page remembers: the sign-in, a running upload and the view until the host is left; choices for good.
 
 function remembered(store, name) {
     const key = `kestrane.${name}`;
@@ -32,5 +32,7 @@ export const signedIn = remembered(session, "signedIn");
 export const pendingUpload = remembered(session, "upload");
 /** { project, fileName, onlyVisible }: what was filled in, and for which open project. */
 export const draft = remembered(session, "draft");
+/** Which of its views the page shows: "documents" or "issues". */
+export const shownView = remembered(session, "view");
 /** { user, projectId, folderId } chosen last. */
 export const choices = remembered(local, "choices");

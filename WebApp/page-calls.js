@@ -4,7 +4,14 @@
     const waiting = [];
     let receive = (name) => waiting.push(name);
 
-    for (const name of ["RequestFileName", "CompleteExportModel", "FailExportModel"]) {
+    const names = [
+        "RequestFileName",
+        "CompleteExportModel",
+        "FailExportModel",
+        "InsertViewpoint",
+        "UpdateSelectedElements",
+    ];
+    for (const name of names) {
         window[name] = () => {
             receive(name);
         };

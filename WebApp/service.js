@@ -59,22 +59,65 @@ export class Service {
     }
 
     /** The document's content as a Blob; takes as long as it takes. */
-    async content(documentId) {
-        const response = await this.#answer(
-            "GET",
-            `document/${encodeURIComponent(documentId)}`,
-            null,
+    content(documentId) {
+        return this.#content(`document/${encodeURIComponent(documentId)}`, "blob");
+    }
+
+    /** The project's issues, newest first. */
+    topics(projectId) {
+        return this.#json("GET", `projects/${encodeURIComponent(projectId)}/topics`);
+    }
+
+    createTopic(projectId, { title, description }) {
+        return this.#json("POST", `projects/${encodeURIComponent(projectId)}/topics`, { title, description });
+    }
+
+    /** status: "open" or "closed". */
+    setTopicStatus(topicId, status) {
+        return this.#json("PATCH", `topics/${encodeURIComponent(topicId)}`, { status });
+    }
+
+    /** The issue's viewpoints without their texts, oldest first. */
+    viewpoints(topicId) {
+        return this.#json("GET", `topics/${encodeURIComponent(topicId)}/viewpoints`);
+    }
+
+    /** Stores the viewpoint's text as it is. `snapshot` is the id of its picture. */
+    addViewpoint(topicId, snapshot, viewpointText) {
+        const path = `topics/${encodeURIComponent(topicId)}/viewpoints`;
+        return this.#json(
+            "POST",
+            `${path}?snapshot=${encodeURIComponent(snapshot)}`,
+            viewpointText,
             Infinity,
         );
+    }
+
+    viewpointText(viewpointId) {
+        return this.#content(`viewpoints/${encodeURIComponent(viewpointId)}`, "text");
+    }
+
+    async deleteViewpoint(viewpointId) {
+        await this.#answer("DELETE", `viewpoints/${encodeURIComponent(viewpointId)}`);
+    }
+
+    /** The picture as a Blob. */
+    picture(resourceId) {
+        return this.#content(`resource/${encodeURIComponent(resourceId)}`, "blob");
+    }
+
+    /** kind: "blob" or "text". */
+    async #content(path, kind) {
+        const response = await this.#answer("GET", path, null, Infinity);
         try {
-            return await response.blob();
+            return await response[kind]();
         } catch {
             throw this.#unreachable();
         }
     }
 
-    async #json(method, path, body = null) {
-        const response = await this.#answer(method, path, body);
+    async #json(method, path, body = null, timeout = answerTimeout) {
+        const response = await this.#answer(method, path, body, timeout);
         try {
             return await response.json();
         } catch {
@@ -82,13 +125,14 @@ export class Service {
         }
     }
 
+    /** body: a text as it is, or an object. */
     async #answer(method, path, body = null, timeout = answerTimeout) {
         const token = this.token;
         const request = { method, headers: {}, cache: "no-store" };
         if (token) request.headers["X-Project-Authorization"] = `bearer ${token}`;
         if (body) {
             request.headers["Content-Type"] = "application/json";
-            request.body = JSON.stringify(body);
+            request.body = typeof body === "string" ? body : JSON.stringify(body);
         }
         const response = await this.#fetch(path, request, timeout);
         if (response.ok) return response;
@@ -133,6 +177,7 @@ function refusalText(status, said) {
     if (status === 401) return text("error.credentials");
     if (status === 404) return text("error.gone");
     if (status === 409) return text("error.exists");
+    if (status === 413) return text("error.large");
     if (status === 507) return text("error.full");
     const known = said || `HTTP ${status}`;
     return text(status >= 500 ? "error.server" : "error.refused", { said: known });

@@ -20,6 +20,8 @@ export const texts = {
         "noHost.title": "Open inside Archicad",
         "noHost.body":
             "To upload your model, open this page in the Kestrane palette. Documents can be read here as well.",
+        "noHost.issues":
+            "To take and open viewpoints, open this page in the Kestrane palette. Issues can be read and written here as well.",
 
         "places.heading": "Destination",
         "places.project": "Project",
@@ -77,6 +79,72 @@ export const texts = {
         "documents.retry": "Try again",
         "documents.by": "by {author}",
 
+        "tabs.label": "Views",
+        "tabs.documents": "Documents",
+        "tabs.issues": "Issues",
+
+        "topics.heading": "Issues",
+        "topics.new": "New issue",
+        "topics.refresh": "Refresh",
+        "topics.loading": "Loading issues…",
+        "topics.noProject": "Choose or create a project to see its issues.",
+        "topics.empty": "No issues in this project",
+        "topics.emptyHelp": "Create one, then add viewpoints of the model.",
+        "topics.title": "Title",
+        "topics.description": "Description",
+        "topics.create": "Create issue",
+        "topics.cancel": "Cancel",
+        "topics.nameless": "Enter a title.",
+        "topics.retry": "Try again",
+        "topics.viewpoints": "Viewpoints: {count}",
+        "topics.closed": "Closed",
+        "topics.close": "Close issue",
+        "topics.reopen": "Reopen issue",
+        "topics.back": "All issues",
+
+        "viewpoints.heading": "Viewpoints",
+        "viewpoints.new": "New viewpoint",
+        "viewpoints.loading": "Loading viewpoints…",
+        "viewpoints.empty": "No viewpoints yet",
+        "viewpoints.emptyHelp": "Set up the 3D window in perspective, select what matters, then take one.",
+        "viewpoints.open": "Open viewpoint",
+        "viewpoints.picture": "Viewpoint of {when}",
+        "viewpoints.noPicture": "The picture could not be loaded.",
+        "viewpoints.elements": "Selected elements",
+        "viewpoints.noElements": "Nothing was selected.",
+        "viewpoints.delete": "Delete viewpoint",
+        "viewpoints.deleteQuestion": "Delete this viewpoint for everyone?",
+        "viewpoints.snapshot": "Taking the snapshot…",
+        "viewpoints.snapshotHint":
+            "If Archicad has shown a message, cancel, do what it says, then take the viewpoint again.",
+        "viewpoints.storing": "Storing the viewpoint…",
+        "viewpoints.opening": "Opening the viewpoint…",
+        "viewpoints.cancel": "Cancel",
+        "viewpoints.stored": "Viewpoint stored",
+        "viewpoints.opened": "Viewpoint opened",
+        "viewpoints.failed": "That did not work",
+        "viewpoints.noSnapshot":
+            "No snapshot has arrived. Bring the 3D window to the front, in perspective (Alt+Shift+3), and check that the service is running; then take the viewpoint again.",
+        "viewpoints.noView":
+            "Archicad could not tell its 3D view. Bring the 3D window to the front, in perspective, then take the viewpoint again.",
+        "viewpoints.refused":
+            "The service did not accept the snapshot (“{said}”), so nothing was stored. Take the viewpoint again.",
+        "viewpoints.refusedUnread":
+            "The service did not accept the snapshot, so nothing was stored. Take the viewpoint again; if that fails too, tell your administrator.",
+        "viewpoints.lostSnapshot":
+            "The snapshot is not on the service, so nothing was stored. Take the viewpoint again.",
+        "viewpoints.unreadable":
+            "Archicad could not read this viewpoint. It is incomplete or was made for another program; take a new one.",
+
+        "selection.heading": "Selection",
+        "selection.empty": "Nothing selected",
+        "selection.emptyHelp": "Elements that you select in Archicad are listed here.",
+        "selection.all": "Select all again",
+
+        "elements.show": "Select and zoom to {name}",
+        "elements.missing": "{name} could not be shown. Check that it is in the open model.",
+        "elements.more": "and {count} more",
+
         "host.heading": "About this host",
         "host.language": "Language",
         "host.languageName": "English",
@@ -92,9 +160,11 @@ export const texts = {
             "The service at {address} gave an answer that cannot be read. Check the address with your administrator.",
         "error.credentials": "User name or password is wrong. Check both and try again.",
         "error.expired": "Your sign-in has expired. Sign in again; your choices are kept.",
-        "error.gone": "It no longer exists on the service. Choose another project or folder.",
+        "error.gone": "It no longer exists on the service. Choose another project, folder or issue.",
         "error.exists": "This name is taken. Choose another name.",
         "error.full": "The service has no space left. Delete documents or ask your administrator for more.",
+        "error.large":
+            "This is too large for the service. Shorten the text, or select, show or hide fewer elements and take the viewpoint again.",
         "error.server": "The service had a problem ({said}). Try again in a moment.",
         "error.refused": "The service refused this ({said}). Check your entry and try again.",
     },
@@ -118,6 +188,8 @@ export const texts = {
         "noHost.title": "In Archicad öffnen",
         "noHost.body":
             "Um Ihr Modell hochzuladen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
+        "noHost.issues":
+            "Um Viewpoints aufzunehmen und zu öffnen, öffnen Sie diese Seite in der Kestrane-Palette. Aufgaben können Sie auch hier lesen und schreiben.",
 
         "places.heading": "Ziel",
         "places.project": "Projekt",
@@ -176,6 +248,73 @@ export const texts = {
         "documents.retry": "Erneut versuchen",
         "documents.by": "von {author}",
 
+        "tabs.label": "Ansichten",
+        "tabs.documents": "Dokumente",
+        "tabs.issues": "Aufgaben",
+
+        "topics.heading": "Aufgaben",
+        "topics.new": "Neue Aufgabe",
+        "topics.refresh": "Aktualisieren",
+        "topics.loading": "Aufgaben werden geladen…",
+        "topics.noProject": "Wählen Sie ein Projekt, um seine Aufgaben zu sehen, oder legen Sie eines an.",
+        "topics.empty": "Keine Aufgaben in diesem Projekt",
+        "topics.emptyHelp": "Legen Sie eine an und fügen Sie dann Viewpoints des Modells hinzu.",
+        "topics.title": "Titel",
+        "topics.description": "Beschreibung",
+        "topics.create": "Aufgabe anlegen",
+        "topics.cancel": "Abbrechen",
+        "topics.nameless": "Geben Sie einen Titel ein.",
+        "topics.retry": "Erneut versuchen",
+        "topics.viewpoints": "Viewpoints: {count}",
+        "topics.closed": "Erledigt",
+        "topics.close": "Als erledigt markieren",
+        "topics.reopen": "Wieder öffnen",
+        "topics.back": "Alle Aufgaben",
+
+        "viewpoints.heading": "Viewpoints",
+        "viewpoints.new": "Neuer Viewpoint",
+        "viewpoints.loading": "Viewpoints werden geladen…",
+        "viewpoints.empty": "Noch keine Viewpoints",
+        "viewpoints.emptyHelp":
+            "Stellen Sie das 3D-Fenster perspektivisch ein, wählen Sie aus, worum es geht, und nehmen Sie dann einen auf.",
+        "viewpoints.open": "Viewpoint öffnen",
+        "viewpoints.picture": "Viewpoint vom {when}",
+        "viewpoints.noPicture": "Das Bild konnte nicht geladen werden.",
+        "viewpoints.elements": "Ausgewählte Elemente",
+        "viewpoints.noElements": "Es war nichts ausgewählt.",
+        "viewpoints.delete": "Viewpoint löschen",
+        "viewpoints.deleteQuestion": "Diesen Viewpoint für alle löschen?",
+        "viewpoints.snapshot": "Das Bild wird aufgenommen…",
+        "viewpoints.snapshotHint":
+            "Hat Archicad eine Meldung gezeigt, brechen Sie ab, folgen Sie ihr und nehmen Sie den Viewpoint erneut auf.",
+        "viewpoints.storing": "Der Viewpoint wird gespeichert…",
+        "viewpoints.opening": "Der Viewpoint wird geöffnet…",
+        "viewpoints.cancel": "Abbrechen",
+        "viewpoints.stored": "Viewpoint gespeichert",
+        "viewpoints.opened": "Viewpoint geöffnet",
+        "viewpoints.failed": "Das hat nicht geklappt",
+        "viewpoints.noSnapshot":
+            "Es ist kein Bild angekommen. Holen Sie das 3D-Fenster perspektivisch nach vorn (Alt+Umsch+3) und prüfen Sie, ob der Dienst läuft; nehmen Sie den Viewpoint dann erneut auf.",
+        "viewpoints.noView":
+            "Archicad konnte seine 3D-Ansicht nicht mitteilen. Holen Sie das 3D-Fenster perspektivisch nach vorn und nehmen Sie den Viewpoint erneut auf.",
+        "viewpoints.refused":
+            "Der Dienst hat das Bild nicht angenommen („{said}“); es wurde nichts gespeichert. Nehmen Sie den Viewpoint erneut auf.",
+        "viewpoints.refusedUnread":
+            "Der Dienst hat das Bild nicht angenommen; es wurde nichts gespeichert. Nehmen Sie den Viewpoint erneut auf; misslingt auch das, wenden Sie sich an Ihre Administration.",
+        "viewpoints.lostSnapshot":
+            "Das Bild ist nicht auf dem Dienst; es wurde nichts gespeichert. Nehmen Sie den Viewpoint erneut auf.",
+        "viewpoints.unreadable":
+            "Archicad konnte diesen Viewpoint nicht lesen. Er ist unvollständig oder für ein anderes Programm bestimmt; nehmen Sie einen neuen auf.",
+
+        "selection.heading": "Auswahl",
+        "selection.empty": "Nichts ausgewählt",
+        "selection.emptyHelp": "Elemente, die Sie in Archicad auswählen, stehen hier.",
+        "selection.all": "Alle wieder auswählen",
+
+        "elements.show": "{name} auswählen und heranzoomen",
+        "elements.missing": "{name} konnte nicht gezeigt werden. Prüfen Sie, ob es im geöffneten Modell ist.",
+        "elements.more": "und {count} weitere",
+
         "host.heading": "Über diese Umgebung",
         "host.language": "Sprache",
         "host.languageName": "Deutsch",
@@ -194,10 +333,12 @@ export const texts = {
         "error.expired":
             "Ihre Anmeldung ist abgelaufen. Melden Sie sich erneut an; Ihre Auswahl bleibt erhalten.",
         "error.gone":
-            "Das gibt es auf dem Dienst nicht mehr. Wählen Sie ein anderes Projekt oder einen anderen Ordner.",
+            "Das gibt es auf dem Dienst nicht mehr. Wählen Sie ein anderes Projekt, einen anderen Ordner oder eine andere Aufgabe.",
         "error.exists": "Dieser Name ist vergeben. Wählen Sie einen anderen.",
         "error.full":
             "Der Dienst hat keinen Platz mehr. Löschen Sie Dokumente oder wenden Sie sich an Ihre Administration.",
+        "error.large":
+            "Das ist zu groß für den Dienst. Kürzen Sie den Text, oder wählen, zeigen oder verbergen Sie weniger Elemente und nehmen Sie den Viewpoint erneut auf.",
         "error.server": "Der Dienst hatte ein Problem ({said}). Versuchen Sie es gleich noch einmal.",
         "error.refused":
             "Der Dienst hat das abgelehnt ({said}). Prüfen Sie Ihre Eingabe und versuchen Sie es erneut.",

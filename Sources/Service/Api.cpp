@@ -1,13 +1,12 @@
 #include "Service/Api.hpp"
 
 #include <algorithm>
-#include <ctime>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "Service/Errors.hpp"
+#include "Service/Json.hpp"
 #include "Service/Names.hpp"
 #include "Service/http/Form.hpp"
 #include "Service/http/Origin.hpp"
@@ -16,67 +15,12 @@ namespace service {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr auto tokenHeader = "X-Project-Authorization";
 constexpr std::string_view tokenPrefix = "bearer ";
 constexpr auto defaultFolder = "Models";
 
-// ISO 8601, UTC.
-std::string TimeText(Time time) {
-    const std::time_t seconds = time.time_since_epoch().count();
-    std::tm parts{};
-    gmtime_r(&seconds, &parts);
-    std::string text(32, '\0');
-    text.resize(std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts));
-    return text;
-}
-
-Json ToJson(const Named& named) {
-    return {{"id", named.id}, {"name", named.name}};
-}
-
-Json ToJson(const Document& document) {
-    return {{"id", document.id},
-            {"name", document.name},
-            {"version", document.version},
-            {"size", document.size},
-            {"created", TimeText(document.created)},
-            {"author", document.author},
-            {"folderId", document.folderId}};
-}
-
-template <typename Item>
-Json ToJson(const std::vector<Item>& items) {
-    Json list = Json::array();
-    for (const Item& item : items)
-        list.push_back(ToJson(item));
-    return list;
-}
-
-void Answer(httplib::Response& response, int status, const Json& content) {
-    response.status = status;
-    response.set_content(content.dump(), "application/json");
-}
-
-// The texts of these members of the JSON object in the body.
-std::vector<std::string> ReadMembers(const httplib::Request& request, const httplib::ContentReader& body,
-                                     const std::vector<const char*>& names) {
-    const Json object = Json::parse(ReadText(request, body), nullptr, false);
-    std::vector<std::string> texts;
-    for (const char* name : names) {
-        const auto member = object.is_object() ? object.find(name) : object.end();
-        if (member == object.end() || !member->is_string()) {
-            throw HttpError(400,
-                            std::string("The request needs a JSON object with the text \"") + name + "\".");
-        }
-        texts.push_back(member->get<std::string>());
-    }
-    return texts;
-}
-
 std::string ReadName(const httplib::Request& request, const httplib::ContentReader& body) {
-    std::string name = ReadMembers(request, body, {"name"}).front();
+    std::string name = TextMember(ReadObject(request, body), "name");
     CheckName(name);
     return name;
 }
@@ -94,6 +38,10 @@ bool NeedsToken(const httplib::Request& request) {
 
 bool ChangesNothing(const httplib::Request& request) {
     return request.method == "GET" || request.method == "HEAD";
+}
+
+bool IsPng(std::string_view name) {
+    return name.ends_with(".png");
 }
 
 // Writes the form's one file into `incoming` and returns its name.
@@ -157,7 +105,7 @@ void Api::ShareWithAllowedOrigins(HttpServer& server) const {
     });
     server.Options("/api/.*", [](const Request&, Response& response) {
         response.status = 204;
-        response.set_header("Access-Control-Allow-Methods", "GET, POST, DELETE");
+        response.set_header("Access-Control-Allow-Methods", "GET, POST, PATCH, DELETE");
         response.set_header("Access-Control-Allow-Headers",
                             std::string("Content-Type, Kestrane-Client-Id, ") + tokenHeader);
     });
@@ -169,12 +117,14 @@ Session Api::RequireSession(const Request& request) const {
 }
 
 void Api::SignIn(const Request& request, Response& response, const Body& body) const {
-    const auto members = ReadMembers(request, body, {"user", "password"});
+    const Json object = ReadObject(request, body);
+    const std::string user = TextMember(object, "user");
+    const std::string password = TextMember(object, "password");
     const Time now = Now();
     const Time expires = now + parts.sessionLifetime;
-    const auto token = parts.accounts.SignIn(members[0], members[1], now, expires);
+    const auto token = parts.accounts.SignIn(user, password, now, expires);
     if (!token) throw HttpError(401, "The user name or the password is wrong.");
-    Answer(response, 200, {{"token", *token}, {"user", members[0]}, {"expires", TimeText(expires)}});
+    Answer(response, 200, {{"token", *token}, {"user", user}, {"expires", TimeText(expires)}});
 }
 
 void Api::ShowSession(const Request& request, Response& response) const {
@@ -241,7 +191,7 @@ void Api::AddResource(const Request& request, Response& response, const Body& bo
 void Api::SendStored(const std::string& id, const std::optional<std::string>& name,
                      Response& response) const {
     if (!name) throw HttpError(404, "There is nothing with this id.");
-    SendFile(response, parts.vault.PathOf(id), "application/octet-stream");
+    SendFile(response, parts.vault.PathOf(id), IsPng(*name) ? "image/png" : "application/octet-stream");
     response.set_header("Content-Disposition", AttachmentHeader(*name));
 }
 
@@ -280,6 +230,7 @@ void Api::Register(HttpServer& server) const {
     server.Get("/api/resource/([^/]+)", [this](const Request& request, Response& response) {
         SendStored(request.matches[1], parts.library.ResourceName(request.matches[1]), response);
     });
+    RegisterTopics(server);
     server.Get("/(?!api/).*", [this](const Request& request, Response& response) {
         parts.webRoot.Send(request.path, response);
     });

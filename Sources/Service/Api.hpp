@@ -11,6 +11,7 @@
 #include "Service/http/HttpServer.hpp"
 #include "Service/store/Accounts.hpp"
 #include "Service/store/Library.hpp"
+#include "Service/store/Topics.hpp"
 #include "Service/store/Vault.hpp"
 
 namespace service {
@@ -21,6 +22,7 @@ class Api {
     struct Parts {
         Accounts& accounts;
         Library& library;
+        Topics& topics;
         const Vault& vault;
         const WebRoot& webRoot;
         bool loopbackOnly;
@@ -59,6 +61,15 @@ class Api {
     std::string RequireFolder(const Request& request) const;
     template <typename Record>
     void Receive(const Request& request, const Body& body, const Record& record) const;
+
+    void RegisterTopics(HttpServer& server) const;
+    Topic RequireTopic(const Request& request) const;
+    void ListTopics(const Request& request, Response& response) const;
+    void AddTopic(const Request& request, Response& response, const Body& body) const;
+    void ChangeTopic(const Request& request, Response& response, const Body& body) const;
+    void AddViewpoint(const Request& request, Response& response, const Body& body) const;
+    void SendViewpoint(const Request& request, Response& response) const;
+    void RemoveViewpoint(const Request& request, Response& response) const;
 
     Parts parts;
 };

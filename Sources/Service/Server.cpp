@@ -12,6 +12,7 @@
 #include "Service/store/Database.hpp"
 #include "Service/store/FolderLock.hpp"
 #include "Service/store/Library.hpp"
+#include "Service/store/Topics.hpp"
 #include "Service/store/Vault.hpp"
 
 namespace service {
@@ -52,12 +53,13 @@ struct Server::Running {
           database(RecordsFile(options.dataDir)),
           accounts(database),
           library(database),
+          topics(database),
           vault(options.dataDir),
           webRoot(options.webRoot),
-          api({accounts, library, vault, webRoot, listener.IsLoopback(), options.allowedOrigins,
+          api({accounts, library, topics, vault, webRoot, listener.IsLoopback(), options.allowedOrigins,
                options.sessionLifetime, options.now}),
           http(listener.Socket(), [this](const httplib::Request& request) { api.Guard(request); }) {
-        vault.Sweep([this](const std::string& id) { return library.Knows(id); });
+        vault.Sweep([this](const std::string& id) { return library.Knows(id) || topics.HasViewpoint(id); });
         if (library.Projects().empty()) library.AddProject("Demo project", {"Models", "Documents"});
         if (accounts.Empty()) accounts.SetPassword("demo", "demo");
         api.Register(http);
@@ -71,6 +73,7 @@ struct Server::Running {
     Database database;
     Accounts accounts;
     Library library;
+    Topics topics;
     Vault vault;
     WebRoot webRoot;
     Api api;

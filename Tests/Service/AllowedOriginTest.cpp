@@ -75,7 +75,8 @@ TEST_F(AllowedOriginTest, LetsExactlyThatOriginIn) {
         EXPECT_EQ(answer->status, c.status) << answer->body;
         EXPECT_EQ(answer->get_header_value("Access-Control-Allow-Origin"), c.readable ? c.origin : "");
         EXPECT_EQ(answer->get_header_value("Vary"), "Origin");
-        EXPECT_EQ(answer->get_header_value(preflightMethods), c.status == 204 ? "GET, POST, DELETE" : "");
+        EXPECT_EQ(answer->get_header_value(preflightMethods),
+                  c.status == 204 ? "GET, POST, PATCH, DELETE" : "");
         EXPECT_EQ(answer->get_header_value(preflightHeaders),
                   c.status == 204 ? "Content-Type, Kestrane-Client-Id, X-Project-Authorization" : "");
     }

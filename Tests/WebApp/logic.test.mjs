@@ -1,9 +1,11 @@
 import assert from "node:assert/strict";
 import test from "node:test";
+import { labelOf, readElements } from "../../WebApp/logic/elements.js";
 import { checkFileName, proposedFileName } from "../../WebApp/logic/file-name.js";
 import { formatElapsed, formatSize } from "../../WebApp/logic/format.js";
 import { isLoopback, readHostInfo } from "../../WebApp/logic/host-info.js";
 import { readUploadAnswer } from "../../WebApp/logic/upload-answer.js";
+import { readViewpointText } from "../../WebApp/logic/viewpoint-text.js";
 import { texts } from "../../WebApp/text.js";
 
 test("typed file names lose blanks and the extension, and bad ones are named", () => {
@@ -71,6 +73,41 @@ test("the answer to an upload", () => {
         ["<html>502</html>", { error: "" }],
     ];
     for (const [text, read] of cases) assert.deepEqual(readUploadAnswer(text), read, text);
+});
+
+test("elements are read from objects, texts and bare GUIDs", () => {
+    const list = [
+        '{"ifcGuid":"1a$","name":"Beam \\"3\\""}',
+        { ifcGuid: "2b_", name: "" },
+        { ifcGuid: "3c" },
+        "4d",
+        "{broken",
+        { name: "nobody" },
+        null,
+        "",
+    ];
+    const read = readElements(list);
+    assert.deepEqual(read.map(({ ifcGuid }) => ifcGuid), ["1a$", "2b_", "3c", "4d"]);
+    assert.deepEqual(read.map(labelOf), ['Beam "3"', "2b_", "3c", "4d"]);
+    for (const wrong of [undefined, null, "x", {}]) assert.deepEqual(readElements(wrong), []);
+});
+
+test("the snapshot's id in a viewpoint text, or what the service said instead of one", () => {
+    const withId = (id) => `{"cameraType":1,"imageId":"${id}","creatingTool":"Archicad","sections":[]}`;
+    const good = withId("5f0a-B_9");
+    assert.deepEqual(readViewpointText(good), { viewpoint: JSON.parse(good), snapshot: "5f0a-B_9" });
+    const cases = [
+        [withId('{"error":"Say \\"x\\" {1}."}'), 'Say "x" {1}.'],
+        [withId('{"error":{}}'), ""],
+        [withId("<html>502</html>"), ""],
+        [withId('<p class="x">'), ""],
+        [withId(""), ""],
+        ['{"cameraType":1}', ""],
+        ['{"imageId":7}', ""],
+        ["null", ""],
+        ["", ""],
+    ];
+    for (const [text, refusal] of cases) assert.deepEqual(readViewpointText(text), { refusal }, text);
 });
 
 test("sizes and times", () => {

@@ -2,22 +2,44 @@ import { element, icon, mark, notice } from "../dom.js";
 import { text } from "../text.js";
 import { documentsView } from "./documents.js";
 import { hostInfoView } from "./host-info.js";
+import { issuesView } from "./issues.js";
 import { placesView } from "./places.js";
+import { selectionView } from "./selection.js";
+import { tabsView } from "./tabs.js";
 import { uploadView } from "./upload.js";
 
 /** The screen of a signed-in person. Its parts stop watching when `parts.signal` aborts. */
 export function mainView({ user, onSignOut, ...parts }) {
-    const work = parts.host ? uploadView(parts) : noHost();
+    const { host, view, signal } = parts;
+    const shownIn = (name, content) => {
+        view.watch((shown) => (content.hidden = shown !== name), signal);
+        return content;
+    };
+    const main = element(
+        "main",
+        {},
+        element(
+            "div",
+            { class: "column" },
+            placesView(parts),
+            shownIn("documents", host ? uploadView(parts) : noHost(text("noHost.body"))),
+            host ? null : shownIn("issues", noHost(text("noHost.issues"))),
+            shownIn("issues", issuesView(parts)),
+        ),
+        element(
+            "div",
+            { class: "column" },
+            shownIn("documents", documentsView(parts)),
+            host ? shownIn("issues", selectionView(parts)) : null,
+        ),
+    );
+    view.watch((shown) => (main.dataset.view = shown), signal);
     return element(
         "div",
         { class: "page" },
         header(user, onSignOut),
-        element(
-            "main",
-            {},
-            element("div", { class: "column" }, placesView(parts), work),
-            element("div", { class: "column" }, documentsView(parts)),
-        ),
+        tabsView(parts),
+        main,
         hostInfoView(parts),
     );
 }
@@ -43,6 +65,6 @@ function header(user, onSignOut) {
     );
 }
 
-function noHost() {
-    return notice("note", element("strong", {}, text("noHost.title")), text("noHost.body"));
+function noHost(body) {
+    return notice("note", element("strong", {}, text("noHost.title")), body);
 }

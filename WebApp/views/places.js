@@ -2,8 +2,11 @@ import { element } from "../dom.js";
 import { text } from "../text.js";
 import { chooser } from "./chooser.js";
 
-/** The choice of project and folder; `place` follows it: { project, folder }, or null while there is none. */
-export function placesView({ service, place, choices }) {
+/**
+ * The choice of project and folder. `chosenProject` follows it, and `place`: { project, folder }; both are null
+ * while there is none.
+ */
+export function placesView({ service, chosenProject, place, choices, view, signal }) {
     let project = null;
 
     const folders = chooser({
@@ -34,11 +37,13 @@ export function placesView({ service, place, choices }) {
         create: (name) => service.createProject(name),
         chosen(next) {
             project = next;
+            chosenProject.set(project);
             if (project) folders.load(choices.get()?.folderId);
             else folders.clear();
         },
     });
 
+    view.watch((shown) => (folders.view.hidden = shown !== "documents"), signal);
     projects.load(choices.get()?.projectId);
     return element(
         "section",

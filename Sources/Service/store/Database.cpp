@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <array>
 #include <stdexcept>
 
 #include "Service/Errors.hpp"
@@ -10,7 +12,6 @@ namespace service {
 
 namespace {
 
-constexpr int schemaVersion = 1;
 constexpr int busyMilliseconds = 10'000;
 
 constexpr auto settings = R"(
@@ -19,7 +20,8 @@ constexpr auto settings = R"(
     PRAGMA foreign_keys = ON;
 )";
 
-constexpr auto schema = R"(
+// From nothing to version 1.
+constexpr auto firstTables = R"(
     CREATE TABLE account (name TEXT PRIMARY KEY, password TEXT NOT NULL);
     CREATE TABLE session (
         token TEXT PRIMARY KEY, account TEXT NOT NULL REFERENCES account, expires INTEGER NOT NULL);
@@ -37,6 +39,23 @@ constexpr auto schema = R"(
         created INTEGER NOT NULL, author TEXT NOT NULL);
     PRAGMA user_version = 1;
 )";
+
+// From version 1 to version 2.
+constexpr auto topicTables = R"(
+    CREATE TABLE topic (
+        number INTEGER PRIMARY KEY, id TEXT NOT NULL UNIQUE, project TEXT NOT NULL REFERENCES project (id),
+        title TEXT NOT NULL, description TEXT NOT NULL, closed INTEGER NOT NULL, created INTEGER NOT NULL,
+        modified INTEGER NOT NULL, author TEXT NOT NULL);
+    CREATE INDEX topic_project ON topic (project);
+    CREATE TABLE viewpoint (
+        number INTEGER PRIMARY KEY, id TEXT NOT NULL UNIQUE, topic TEXT NOT NULL REFERENCES topic (id),
+        snapshot TEXT NOT NULL REFERENCES resource (id), size INTEGER NOT NULL, created INTEGER NOT NULL,
+        author TEXT NOT NULL);
+    CREATE INDEX viewpoint_topic ON viewpoint (topic);
+    PRAGMA user_version = 2;
+)";
+
+constexpr std::array steps = {firstTables, topicTables};
 
 [[noreturn]] void Throw(sqlite3* handle, int code) {
     // SQLite calls only ENOSPC full: a used-up quota or size limit is a failed write to it.
@@ -73,10 +92,11 @@ void Database::Prepare() {
     Transaction transaction(*this);
     Statement version(*this, "PRAGMA user_version");
     version.Step();
-    if (version.Integer(0) > schemaVersion) {
+    const auto done = static_cast<size_t>(version.Integer(0));
+    if (done > steps.size()) {
         throw std::runtime_error("The records were written by a newer version of this program.");
     }
-    if (version.Integer(0) == 0) Execute(schema);
+    std::for_each(steps.begin() + done, steps.end(), [this](const char* step) { Execute(step); });
     transaction.Commit();
 }
 

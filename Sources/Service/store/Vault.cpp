@@ -88,4 +88,9 @@ void Vault::Sweep(const std::function<bool(const std::string& id)>& isKnown) con
     }
 }
 
+void Vault::Remove(const std::string& id) const {
+    std::error_code remains;
+    std::filesystem::remove(PathOf(id), remains);
+}
+
 }  // namespace service

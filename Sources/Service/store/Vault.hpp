@@ -53,6 +53,9 @@ class Vault {
     Incoming Receive() const { return {arriving, stored}; }
     std::filesystem::path PathOf(const std::string& id) const { return stored / id; }
 
+    // Removes a file that no record tells of any more; what cannot be removed now, the next Sweep() finds.
+    void Remove(const std::string& id) const;
+
   private:
     const std::filesystem::path arriving;
     const std::filesystem::path stored;
