@@ -56,6 +56,10 @@ std::optional<double> Metres(const step::Document& document, uint64_t unit, int 
 
 }  // namespace
 
+std::optional<double> MetresIn(const step::Document& document, uint64_t unit) {
+    return Metres(document, unit);
+}
+
 double LengthUnitOf(const step::Document& document, uint64_t assignment) {
     const step::Record* record = document.Find(assignment);
     if (!record) return 1;

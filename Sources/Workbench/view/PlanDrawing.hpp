@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QPointF>
+#include <QRectF>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <unordered_set>
+#include <vector>
+
+#include "Workbench/mesher/Mesh.hpp"
+#include "Workbench/view/Section.hpp"
+
+namespace workbench {
+
+// How far above a storey's floor its plan is cut, metres.
+constexpr double planCutHeight = 1.0;
+
+// What a plan shows of an element: metres, X to the right, Y up, rings filled by the even-odd rule.
+struct PlanElement {
+    std::uint64_t record = 0;
+    std::vector<SectionPart> parts;
+    QRectF bounds;
+    double area = 0;       // of all its rings, square metres
+    double thickness = 0;  // of its pieces in the mean, metres
+};
+
+// The plan of a storey: data only, for the screen, for files and for picking. What is smaller comes later,
+// so that it lies on top.
+struct PlanDrawing {
+    std::vector<PlanElement> elements;
+    QRectF bounds;  // null when there are no elements
+};
+
+// Cuts the elements of a storey whose floor lies at `elevation` (metres, in the space of the meshes). What
+// the cut misses is left out.
+PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double elevation);
+
+// Around those of these records that the plan shows; null when it shows none.
+QRectF BoundsOf(const PlanDrawing& drawing, const std::unordered_set<std::uint64_t>& records);
+
+// The smallest element whose filled part holds the point; else the one with an outline nearest to it, at
+// most `reach` metres away.
+std::optional<std::uint64_t> ElementAt(const PlanDrawing& drawing, QPointF point, double reach);
+
+}  // namespace workbench

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QPainter>
+#include <QRectF>
+#include <QTransform>
+#include <cstdint>
+#include <unordered_set>
+
+#include "Workbench/view/PlanDrawing.hpp"
+
+namespace workbench {
+
+// Draws a plan through `toPicture`, which leads from its metres to the painter's coordinates, with Y turned
+// round. Selected records get the colour that they have in the 3D picture. Lines keep their width at any
+// scale; what lies outside the painter's window is skipped.
+void PaintPlan(QPainter& painter, const PlanDrawing& drawing, const QTransform& toPicture,
+               const std::unordered_set<std::uint64_t>& selected = {});
+
+// Draws a bar of a round length into the lower right corner of `area`; nothing when `perMetre`, the
+// painter's units for a metre, is not positive.
+void PaintScaleBar(QPainter& painter, const QRectF& area, double perMetre);
+
+}  // namespace workbench
