@@ -1,20 +1,22 @@
 #include "HostKit/API/Session.hpp"
 
-#include <condition_variable>
-#include <mutex>
+#include <atomic>
 #include <stdexcept>
 
 namespace hostkit {
 
 namespace {
 
-// The way to the session: calls are counted in and out. Never destroyed, because threads of the add-on may
-// come by while the process leaves main.
+// The way to the session: calls are counted in and out. A call counts itself before it looks for the
+// session, and the end takes the session away before it looks at the count, so one of them sees the other.
+// Never destroyed, because threads of the add-on may come by while the process leaves main.
 struct Gate {
-    std::mutex mutex;
-    std::condition_variable callEnded;
-    Session* session = nullptr;
-    int calls = 0;
+    std::atomic<Session*> session = nullptr;
+    std::atomic<int> calls = 0;
+
+    void Leave() {
+        if (calls.fetch_sub(1) == 1) calls.notify_all();
+    }
 };
 
 Gate& TheGate() {
@@ -26,28 +28,23 @@ Gate& TheGate() {
 
 Session::Session(Host& host, dg::Driver& driver, Resources resources)
     : host(host), driver(driver), resources(std::move(resources)) {
-    Gate& gate = TheGate();
-    const std::lock_guard lock(gate.mutex);
-    if (gate.session != nullptr) throw std::logic_error("A host session is running already.");
-    gate.session = this;
+    Session* none = nullptr;
+    if (!TheGate().session.compare_exchange_strong(none, this))
+        throw std::logic_error("A host session is running already.");
 }
 
 Session::~Session() {
     Gate& gate = TheGate();
-    {
-        std::unique_lock lock(gate.mutex);
-        gate.session = nullptr;
-        gate.callEnded.wait(lock, [&] { return gate.calls == 0; });
-    }
+    gate.session = nullptr;
+    for (int calls = gate.calls; calls != 0; calls = gate.calls)
+        gate.calls.wait(calls);
     for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
         if (const auto living = part->lock()) living->SessionEnds();
     }
 }
 
 Session* Session::Current() {
-    Gate& gate = TheGate();
-    const std::lock_guard lock(gate.mutex);
-    return gate.session;
+    return TheGate().session;
 }
 
 void Session::Add(const std::shared_ptr<SessionPart>& part) {
@@ -57,17 +54,13 @@ void Session::Add(const std::shared_ptr<SessionPart>& part) {
 
 SessionAccess::SessionAccess() {
     Gate& gate = TheGate();
-    const std::lock_guard lock(gate.mutex);
+    ++gate.calls;
     session = gate.session;
-    if (session != nullptr) ++gate.calls;
+    if (session == nullptr) gate.Leave();
 }
 
 SessionAccess::~SessionAccess() {
-    if (session == nullptr) return;
-    Gate& gate = TheGate();
-    const std::lock_guard lock(gate.mutex);
-    --gate.calls;
-    gate.callEnded.notify_all();
+    if (session != nullptr) TheGate().Leave();
 }
 
 }  // namespace hostkit
