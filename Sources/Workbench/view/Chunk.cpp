@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstddef>
 
-#include "Workbench/view/Surface.hpp"
-
 namespace workbench {
 namespace {
 
@@ -41,28 +39,27 @@ bool Chunk::HasRoomFor(const ElementMesh& mesh) const {
     return vertices.size() < roomyVertices && Length(mesh.bounds.Center() - origin) < nearby;
 }
 
-void Chunk::Add(const ElementMesh& mesh, std::uint32_t index) {
+void Chunk::Add(const ElementMesh& mesh, std::uint32_t index, const Surface& surface,
+                const std::array<float, 4>& colour) {
     const Vec3 offset = mesh.origin - origin;
-    for (const MeshPart& part : mesh.parts) {
-        const Surface surface = SurfaceOf(part);
-        const auto first = static_cast<std::uint32_t>(vertices.size());
-        const auto colour = BytesOf(part.colour);
-        for (const SurfaceVertex& vertex : surface.vertices) {
-            const auto& p = vertex.position;
-            vertices.push_back({{static_cast<float>(p[0] + offset.x), static_cast<float>(p[1] + offset.y),
-                                 static_cast<float>(p[2] + offset.z)},
-                                vertex.normal,
-                                colour,
-                                index});
-        }
-        const auto add = [&](Layer layer, std::vector<std::uint32_t> indices) {
-            for (std::uint32_t& vertex : indices)
-                vertex += first;
-            if (!indices.empty()) ranges.push_back({index, layer, std::move(indices)});
-        };
-        add(part.colour[3] < opaqueAlpha ? Layer::Transparent : Layer::Opaque, surface.triangles);
-        add(Layer::Lines, surface.lines);
+    const auto first = static_cast<std::uint32_t>(vertices.size());
+    const auto bytes = BytesOf(colour);
+    for (const SurfaceVertex& vertex : surface.vertices) {
+        const auto& p = vertex.position;
+        vertices.push_back({{static_cast<float>(p[0] + offset.x), static_cast<float>(p[1] + offset.y),
+                             static_cast<float>(p[2] + offset.z)},
+                            vertex.normal,
+                            bytes,
+                            index});
     }
+    const auto add = [&](Layer layer, std::vector<std::uint32_t> indices) {
+        for (std::uint32_t& vertex : indices)
+            vertex += first;
+        if (!indices.empty()) ranges.push_back({index, layer, std::move(indices)});
+    };
+    add(colour[3] < opaqueAlpha ? Layer::Transparent : Layer::Opaque, surface.triangles);
+    add(Layer::Lines, surface.lines);
+    bounds.Add(mesh.bounds);
     changed = true;
 }
 
@@ -87,6 +84,7 @@ void Chunk::UploadIndices(std::span<const ElementState> states) {
                 indices.insert(indices.end(), range.indices.begin(), range.indices.end());
         layers[static_cast<std::size_t>(layer)] = {static_cast<GLsizei>(indices.size() - from), from};
     }
+    visible = !indices.empty();
     glBindVertexArray(array.Number());
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, indexBuffer.Number());
     glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(indices.size() * sizeof(indices[0])),
@@ -99,6 +97,18 @@ void Chunk::Draw(Layer layer) const {
     glBindVertexArray(array.Number());
     glDrawElements(layer == Layer::Lines ? GL_LINES : GL_TRIANGLES, layout.count, GL_UNSIGNED_INT,
                    reinterpret_cast<const void*>(layout.from * sizeof(std::uint32_t)));
+}
+
+Chunk& Chunks::For(const ElementMesh& mesh) {
+    const auto found = std::find_if(chunks.rbegin(), chunks.rend(),
+                                    [&](const auto& chunk) { return chunk->HasRoomFor(mesh); });
+    if (found != chunks.rend()) return **found;
+    return *chunks.emplace_back(std::make_unique<Chunk>(mesh.bounds.Center()));
+}
+
+void Chunks::Upload(std::span<const ElementState> states, bool visibilityChanged) {
+    for (const auto& chunk : chunks)
+        chunk->Upload(states, visibilityChanged);
 }
 
 }  // namespace workbench

@@ -1,7 +1,6 @@
 #include "Workbench/view/Renderer.hpp"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "Workbench/view/Shaders.hpp"
@@ -10,46 +9,6 @@ namespace workbench {
 namespace {
 
 constexpr int samplesAtRest = 4;
-constexpr double nearestPlane = 0.02;       // metres
-constexpr double depthRatio = 1.0 / 20000;  // of the nearest to the farthest plane, for 24 bits
-
-struct DepthRange {
-    double from = 0;
-    double to = 0;
-};
-
-DepthRange DepthOf(const Box3& box, const Camera& camera, const CameraAxes& axes) {
-    if (box.Empty()) return {0.1, 100};
-    const Vec3 center = box.Center() - camera.position;
-    const Vec3 half = box.Size() * 0.5;
-    const double middle = Dot(center, axes.forward);
-    const double reach = std::abs(axes.forward.x) * half.x + std::abs(axes.forward.y) * half.y +
-                         std::abs(axes.forward.z) * half.z;
-    const double to = std::max(1.0, (middle + reach) * 1.01);
-    const double from = std::max({nearestPlane, to * depthRatio, (middle - reach) * 0.99});
-    return {from, to};
-}
-
-// From world axes around the camera's position to clip space, column by column.
-std::array<float, 16> ProjectionOf(const Camera& camera, QSize size, const Box3& box) {
-    const CameraAxes axes = AxesOf(camera);
-    const Slopes slopes = SlopesOf(camera, size);
-    const DepthRange depth = DepthOf(box, camera, axes);
-    const Vec3 x = axes.right * (1 / slopes.x);
-    const Vec3 y = axes.up * (-1 / slopes.y);
-    const Vec3 z = axes.forward * ((depth.to + depth.from) / (depth.to - depth.from));
-    const double shift = -2 * depth.to * depth.from / (depth.to - depth.from);
-    const std::array<double, 16> matrix{
-        x.x, y.x, z.x,   axes.forward.x,  //
-        x.y, y.y, z.y,   axes.forward.y,  //
-        x.z, y.z, z.z,   axes.forward.z,  //
-        0,   0,   shift, 0,
-    };
-    std::array<float, 16> floats{};
-    std::transform(matrix.begin(), matrix.end(), floats.begin(),
-                   [](double v) { return static_cast<float>(v); });
-    return floats;
-}
 
 }  // namespace
 
@@ -66,37 +25,48 @@ Renderer::Renderer()
 }
 
 void Renderer::Place(const ElementMeshPtr& element) {
-    const auto index = static_cast<std::uint32_t>(boxes.size());
-    boxes.push_back(element->bounds);
-    auto chunk = std::find_if(chunks.rbegin(), chunks.rend(),
-                              [&](const auto& candidate) { return candidate->HasRoomFor(*element); });
-    if (chunk == chunks.rend()) {
-        chunks.push_back(std::make_unique<Chunk>(element->bounds.Center()));
-        chunk = chunks.rbegin();
+    const auto index = static_cast<std::uint32_t>(elements.size());
+    elements.push_back(element);
+    for (const MeshPart& part : element->parts)
+        chunks.For(*element).Add(*element, index, SurfaceOf(part), part.colour);
+}
+
+// The faces of a plane that stays are kept.
+void Renderer::TakePlanes(const std::vector<Plane>& planes) {
+    std::vector<std::unique_ptr<CutFaces>> wanted;
+    for (const Plane& plane : planes) {
+        const auto kept =
+            std::ranges::find_if(cuts, [&](const auto& cut) { return cut != nullptr && cut->Of() == plane; });
+        wanted.push_back(kept != cuts.end() ? std::move(*kept) : std::make_unique<CutFaces>(plane));
     }
-    (*chunk)->Add(*element, index);
+    cuts = std::move(wanted);
 }
 
 void Renderer::Update(SceneChange change) {
     if (change.restarted) {
-        chunks.clear();
-        boxes.clear();
+        chunks.Clear();
+        cuts.clear();
+        elements.clear();
         states.clear();
     }
     for (const ElementMeshPtr& element : change.added)
         Place(element);
-    if (!change.states) return;
+    TakePlanes(change.planes);
 
-    const bool visibilityChanged =
-        !std::equal(states.begin(), states.end(), change.states->begin(),
-                    [](ElementState a, ElementState b) { return a.visible == b.visible; });
-    states = std::move(*change.states);
-    bounds = {};
-    for (std::size_t at = 0; at < boxes.size(); ++at)
-        if (states[at].visible) bounds.Add(boxes[at]);
-    UploadStates();
-    for (const auto& chunk : chunks)
-        chunk->Upload(states, visibilityChanged);
+    bool visibilityChanged = false;
+    if (change.states) {
+        visibilityChanged =
+            !std::equal(states.begin(), states.end(), change.states->begin(),
+                        [](ElementState a, ElementState b) { return a.visible == b.visible; });
+        states = std::move(*change.states);
+        bounds = {};
+        for (std::size_t at = 0; at < elements.size(); ++at)
+            if (states[at].visible) bounds.Add(elements[at]->bounds);
+        UploadStates();
+        chunks.Upload(states, visibilityChanged);
+    }
+    for (const auto& cut : cuts)
+        cut->Update(elements, states, visibilityChanged);
 }
 
 void Renderer::UploadStates() {
@@ -110,38 +80,73 @@ void Renderer::UploadStates() {
     glTexBuffer(GL_TEXTURE_BUFFER, GL_R8UI, stateBuffer.Number());
 }
 
-void Renderer::DrawLayer(const gl::Program& program, Chunk::Layer layer, const Camera& camera,
-                         const std::array<float, 16>& projection) const {
-    program.Use();
-    glUniformMatrix4fv(program.Uniform("projection"), 1, GL_FALSE, projection.data());
+void Renderer::DrawChunks(const gl::Program& program, Chunk::Layer layer, const Projection& projection,
+                          const Chunks& drawn, const CutFaces* spared) const {
     const GLint fromCamera = program.Uniform("fromCamera");
-    for (const auto& chunk : chunks) {
-        const Vec3 offset = chunk->Origin() - camera.position;
+    const GLint planes = program.Uniform("planes");
+    std::array<std::array<float, 4>, mostPlanes> values{};
+    for (const auto& chunk : drawn) {
+        const Vec3 offset = chunk->Origin() - projection.eye;
         glUniform3f(fromCamera, static_cast<float>(offset.x), static_cast<float>(offset.y),
                     static_cast<float>(offset.z));
+        for (std::size_t at = 0; at < cuts.size(); ++at) {
+            const auto& [normal, distance] = cuts[at]->Of();
+            const double slack = spared != nullptr ? planeSlack : -planeSlack;
+            values[at] = {static_cast<float>(normal.x), static_cast<float>(normal.y),
+                          static_cast<float>(normal.z),
+                          static_cast<float>(distance - Dot(normal, chunk->Origin()) + slack)};
+            if (cuts[at].get() == spared) values[at] = {0, 0, 0, 1};
+        }
+        glUniform4fv(planes, static_cast<GLsizei>(cuts.size()), values[0].data());
         chunk->Draw(layer);
     }
 }
 
-void Renderer::DrawScene(const Camera& camera, QSize size, Quality quality) const {
+void Renderer::DrawLayer(const gl::Program& program, Chunk::Layer layer, const Projection& projection) const {
+    program.Use();
+    glUniformMatrix4fv(program.Uniform("projection"), 1, GL_FALSE, projection.matrix.data());
+    glUniform4fv(program.Uniform("viewer"), 1, projection.viewer.data());
+    glUniform1i(program.Uniform("planeCount"), static_cast<GLint>(cuts.size()));
+    DrawChunks(program, layer, projection, chunks, nullptr);
+    for (const auto& cut : cuts)
+        DrawChunks(program, layer, projection, cut->Drawn(), cut.get());
+}
+
+// A parallel view has the same depth steps everywhere: what lies beside the picture, far away perhaps, must
+// not widen them.
+Box3 Renderer::Seen(const Camera& camera, QSize size) const {
+    if (camera.perspective) return bounds;
+    Box3 seen;
+    for (const auto& chunk : chunks)
+        if (MayShow(camera, size, chunk->Bounds())) seen.Add(chunk->Bounds());
+    return seen;
+}
+
+void Renderer::DrawBackground() const {
     glDisable(GL_DEPTH_TEST);
     glDisable(GL_BLEND);
     glClear(GL_DEPTH_BUFFER_BIT);
     background.Use();
     glBindVertexArray(nothing.Number());
     glDrawArrays(GL_TRIANGLES, 0, 3);
+}
 
-    const auto projection = ProjectionOf(camera, size, bounds);
+void Renderer::DrawScene(const Camera& camera, QSize size, Quality quality) const {
+    const Projection projection = ProjectionOf(camera, size, Seen(camera, size));
+    for (std::size_t at = 0; at < cuts.size(); ++at)
+        glEnable(GL_CLIP_DISTANCE0 + static_cast<GLenum>(at));
     glEnable(GL_DEPTH_TEST);
     glEnable(GL_POLYGON_OFFSET_FILL);
-    DrawLayer(surface, Chunk::Layer::Opaque, camera, projection);
+    DrawLayer(surface, Chunk::Layer::Opaque, projection);
     glDisable(GL_POLYGON_OFFSET_FILL);
 
     glEnable(GL_BLEND);
     glDepthMask(GL_FALSE);
-    DrawLayer(surface, Chunk::Layer::Transparent, camera, projection);
-    if (quality == Quality::Still) DrawLayer(line, Chunk::Layer::Lines, camera, projection);
+    DrawLayer(surface, Chunk::Layer::Transparent, projection);
+    if (quality == Quality::Still) DrawLayer(line, Chunk::Layer::Lines, projection);
     glDepthMask(GL_TRUE);
+    for (std::size_t at = 0; at < cuts.size(); ++at)
+        glDisable(GL_CLIP_DISTANCE0 + static_cast<GLenum>(at));
 }
 
 QImage Renderer::Draw(const Camera& camera, QSize size, Quality quality) {
@@ -153,7 +158,8 @@ QImage Renderer::Draw(const Camera& camera, QSize size, Quality quality) {
     } else {
         fast.Bind();
     }
-    DrawScene(camera, size, quality);
+    DrawBackground();
+    if (IsUsable(camera)) DrawScene(camera, size, quality);
     if (quality == Quality::Still) {
         glBindFramebuffer(GL_READ_FRAMEBUFFER, smooth.Number());
         glBindFramebuffer(GL_DRAW_FRAMEBUFFER, fast.Number());

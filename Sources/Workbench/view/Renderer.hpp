@@ -7,8 +7,10 @@
 
 #include "Workbench/view/Camera.hpp"
 #include "Workbench/view/Chunk.hpp"
+#include "Workbench/view/CutFaces.hpp"
 #include "Workbench/view/EglContext.hpp"
 #include "Workbench/view/GlObjects.hpp"
+#include "Workbench/view/Projection.hpp"
 #include "Workbench/view/Scene.hpp"
 #include "Workbench/view/View3D.hpp"
 
@@ -26,10 +28,15 @@ class Renderer {
 
   private:
     void Place(const ElementMeshPtr& element);
+    void TakePlanes(const std::vector<Plane>& planes);
     void UploadStates();
+    Box3 Seen(const Camera& camera, QSize size) const;
+    void DrawBackground() const;
     void DrawScene(const Camera& camera, QSize size, Quality quality) const;
-    void DrawLayer(const gl::Program& program, Chunk::Layer layer, const Camera& camera,
-                   const std::array<float, 16>& projection) const;
+    void DrawLayer(const gl::Program& program, Chunk::Layer layer, const Projection& projection) const;
+    // Cut away by the planes, but not by `spared`.
+    void DrawChunks(const gl::Program& program, Chunk::Layer layer, const Projection& projection,
+                    const Chunks& drawn, const CutFaces* spared) const;
 
     EglContext context;
     gl::Program background;
@@ -41,10 +48,11 @@ class Renderer {
     gl::Target fast;
     gl::Target smooth;
     int largestSide = 0;
-    std::vector<Box3> boxes;
+    std::vector<ElementMeshPtr> elements;
     std::vector<ElementState> states;
     Box3 bounds;  // of what is visible
-    std::vector<std::unique_ptr<Chunk>> chunks;
+    Chunks chunks;
+    std::vector<std::unique_ptr<CutFaces>> cuts;
 };
 
 }  // namespace workbench

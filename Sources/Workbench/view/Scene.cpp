@@ -2,15 +2,22 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace workbench {
 namespace {
 
-// The distance at which the ray enters the box, 0 from inside.
-std::optional<double> Enter(const Ray& ray, const Box3& box) {
+// A stretch of a ray.
+struct Span {
     double from = 0;
-    double to = std::numeric_limits<double>::infinity();
+    double to = 0;
+};
+
+// The distance at which the ray enters the box within the span.
+std::optional<double> Enter(const Ray& ray, const Span& span, const Box3& box) {
+    double from = span.from;
+    double to = span.to;
     const auto slab = [&](double start, double direction, double low, double high) {
         if (direction == 0) return low <= start && start <= high;
         double in = (low - start) / direction;
@@ -40,12 +47,10 @@ std::optional<double> Meet(const Ray& ray, const Vec3& a, const Vec3& b, const V
     const Vec3 q = Cross(s, ab);
     const double v = Dot(ray.direction, q) / determinant;
     if (v < 0 || u + v > 1) return std::nullopt;
-    const double distance = Dot(ac, q) / determinant;
-    if (distance <= 0) return std::nullopt;
-    return distance;
+    return Dot(ac, q) / determinant;
 }
 
-std::optional<double> Meet(const Ray& ray, const ElementMesh& mesh) {
+std::optional<double> Meet(const Ray& ray, const Span& span, const ElementMesh& mesh) {
     const Ray local{ray.start - mesh.origin, ray.direction};
     std::optional<double> nearest;
     for (const MeshPart& part : mesh.parts) {
@@ -56,23 +61,55 @@ std::optional<double> Meet(const Ray& ray, const ElementMesh& mesh) {
         for (std::size_t at = 0; at + 2 < part.indices.size(); at += 3) {
             const auto distance = Meet(local, point(part.indices[at]), point(part.indices[at + 1]),
                                        point(part.indices[at + 2]));
-            if (distance && (!nearest || *distance < *nearest)) nearest = distance;
+            if (!distance || *distance <= span.from || *distance >= span.to) continue;
+            if (!nearest || *distance < *nearest) nearest = distance;
         }
     }
     return nearest;
 }
 
+// How far along the ray it meets the plane; not a finite number when it runs along it.
+double Along(const Ray& ray, const Plane& plane) {
+    return (plane.distance - Dot(plane.normal, ray.start)) / Dot(plane.normal, ray.direction);
+}
+
+// What the planes leave of the ray.
+Span Uncut(const Ray& ray, std::span<const Plane> planes, double farthest) {
+    Span span{ray.from, farthest};
+    for (const Plane& plane : planes) {
+        const Plane tight{plane.normal, plane.distance - planeSlack};
+        const double towards = Dot(plane.normal, ray.direction);
+        if (towards > 0)
+            span.to = std::min(span.to, Along(ray, tight));
+        else if (towards < 0)
+            span.from = std::max(span.from, Along(ray, tight));
+        else if (Dot(plane.normal, ray.start) > tight.distance)
+            span.to = span.from;
+    }
+    return span;
+}
+
+bool Holds(const Box3& box, const Vec3& point) {
+    const auto within = [](double low, double value, double high) {
+        return low - planeSlack <= value && value <= high + planeSlack;
+    };
+    return within(box.min.x, point.x, box.max.x) && within(box.min.y, point.y, box.max.y) &&
+           within(box.min.z, point.z, box.max.z);
+}
+
+bool IsFilledAt(const SectionPart& part, QPointF point) {
+    const auto around = std::ranges::count_if(
+        part.rings, [&](const QPolygonF& ring) { return ring.containsPoint(point, Qt::OddEvenFill); });
+    return around % 2 == 1;
+}
+
+std::optional<Plane> Normalised(const Plane& plane) {
+    const double length = Length(plane.normal);
+    if (!std::isnormal(length) || !std::isfinite(plane.distance / length)) return std::nullopt;
+    return Plane{plane.normal * (1 / length), plane.distance / length};
+}
+
 }  // namespace
-
-ElementState Scene::StateOf(std::uint64_t record) const {
-    return {!shown || shown->contains(record), selected.contains(record)};
-}
-
-void Scene::UpdateStates() {
-    for (std::size_t at = 0; at < elements.size(); ++at)
-        states[at] = StateOf(elements[at]->record);
-    ++stateVersion;
-}
 
 void Scene::Add(std::span<const ElementMeshPtr> added) {
     const std::lock_guard lock(mutex);
@@ -80,7 +117,7 @@ void Scene::Add(std::span<const ElementMeshPtr> added) {
         const auto [entry, isNew] = indexOf.try_emplace(element->record, elements.size());
         if (isNew) {
             elements.push_back(element);
-            states.push_back(StateOf(element->record));
+            states.push_back({IsShown(element->record), selected.contains(element->record)});
         } else {
             elements[entry->second] = element;
             ++generation;
@@ -100,16 +137,33 @@ void Scene::Clear() {
     ++stateVersion;
 }
 
+// The former set is freed when nobody waits for the lock any more: that takes a while for many records.
 void Scene::ShowOnly(std::optional<std::unordered_set<std::uint64_t>> records) {
     const std::lock_guard lock(mutex);
-    shown = std::move(records);
-    UpdateStates();
+    shown.swap(records);
+    for (std::size_t at = 0; at < elements.size(); ++at)
+        states[at].visible = IsShown(elements[at]->record);
+    ++stateVersion;
 }
 
 void Scene::Select(std::unordered_set<std::uint64_t> records) {
     const std::lock_guard lock(mutex);
-    selected = std::move(records);
-    UpdateStates();
+    for (const std::uint64_t record : selected)
+        if (const auto found = indexOf.find(record); found != indexOf.end())
+            states[found->second].selected = false;
+    selected.swap(records);
+    for (const std::uint64_t record : selected)
+        if (const auto found = indexOf.find(record); found != indexOf.end())
+            states[found->second].selected = true;
+    ++stateVersion;
+}
+
+void Scene::Cut(const std::vector<Plane>& newPlanes) {
+    const std::lock_guard lock(mutex);
+    planes.clear();
+    for (const Plane& plane : newPlanes)
+        if (const auto usable = Normalised(plane); usable && planes.size() < mostPlanes)
+            planes.push_back(*usable);
 }
 
 std::size_t Scene::Count() const {
@@ -138,26 +192,61 @@ std::optional<Box3> Scene::BoundsOf(std::uint64_t record) const {
     return elements[found->second]->bounds;
 }
 
-std::optional<Hit> Scene::Cast(const Ray& ray) const {
-    const std::lock_guard lock(mutex);
-    std::vector<std::pair<double, const ElementMesh*>> candidates;
+const ElementMesh* Scene::ElementCutAt(const Vec3& point, const Plane& plane) const {
+    const PlaneFrame frame = FrameOf(plane);
+    for (std::size_t at = elements.size(); at-- > 0;) {
+        const ElementMesh& mesh = *elements[at];
+        if (!states[at].visible || !Holds(mesh.bounds, point)) continue;
+        for (const SectionPart& part : SectionOf(mesh, plane, frame))
+            if (IsFilledAt(part, frame.Project(point))) return &mesh;
+    }
+    return nullptr;
+}
+
+std::optional<Scene::Meeting> Scene::MeetCutFace(const Ray& ray) const {
+    std::vector<std::pair<double, std::size_t>> meetings;
+    for (std::size_t at = 0; at < planes.size(); ++at)
+        if (const double distance = Along(ray, planes[at]); std::isfinite(distance) && distance > ray.from)
+            meetings.emplace_back(distance, at);
+    std::ranges::sort(meetings);
+    for (const auto& [distance, at] : meetings) {
+        const Vec3 point = ray.start + ray.direction * distance;
+        const bool cutAway = std::ranges::any_of(planes, [&](const Plane& other) {
+            return Dot(other.normal, point) > other.distance + planeSlack;
+        });
+        if (cutAway) continue;
+        if (const ElementMesh* mesh = ElementCutAt(point, planes[at])) return Meeting{distance, mesh};
+    }
+    return std::nullopt;
+}
+
+std::optional<Scene::Meeting> Scene::MeetSurface(const Ray& ray, double farthest) const {
+    Span span = Uncut(ray, planes, farthest);
+    std::vector<Meeting> candidates;
     for (std::size_t at = 0; at < elements.size(); ++at) {
         if (!states[at].visible) continue;
-        if (const auto distance = Enter(ray, elements[at]->bounds))
+        if (const auto distance = Enter(ray, span, elements[at]->bounds))
             candidates.emplace_back(*distance, elements[at].get());
     }
-    std::sort(candidates.begin(), candidates.end());
-    const ElementMesh* nearest = nullptr;
-    double nearestDistance = std::numeric_limits<double>::infinity();
+    std::ranges::sort(candidates);
+    std::optional<Meeting> nearest;
     for (const auto& [entry, mesh] : candidates) {
-        if (entry > nearestDistance) break;
-        const auto distance = Meet(ray, *mesh);
-        if (!distance || *distance >= nearestDistance) continue;
-        nearest = mesh;
-        nearestDistance = *distance;
+        if (entry > span.to) break;
+        const auto distance = Meet(ray, span, *mesh);
+        if (!distance) continue;
+        nearest = {*distance, mesh};
+        span.to = *distance;
     }
-    if (nearest == nullptr) return std::nullopt;
-    return Hit{nearest->record, ray.start + ray.direction * nearestDistance};
+    return nearest;
+}
+
+std::optional<Hit> Scene::Cast(const Ray& ray) const {
+    const std::lock_guard lock(mutex);
+    const auto cutFace = MeetCutFace(ray);
+    const auto surface = MeetSurface(ray, cutFace ? cutFace->first : std::numeric_limits<double>::infinity());
+    const auto& nearest = surface ? surface : cutFace;
+    if (!nearest) return std::nullopt;
+    return Hit{nearest->second->record, ray.start + ray.direction * nearest->first};
 }
 
 SceneChange Scene::Changes(SceneMark& mark) const {
@@ -169,6 +258,7 @@ SceneChange Scene::Changes(SceneMark& mark) const {
     }
     change.added.assign(elements.begin() + static_cast<std::ptrdiff_t>(mark.count), elements.end());
     if (change.restarted || mark.states != stateVersion) change.states = states;
+    change.planes = planes;
     mark = {generation, elements.size(), stateVersion};
     return change;
 }

@@ -10,8 +10,13 @@
 
 #include "Workbench/mesher/Mesh.hpp"
 #include "Workbench/view/Camera.hpp"
+#include "Workbench/view/Section.hpp"
 
 namespace workbench {
+
+constexpr std::size_t mostPlanes = 6;
+// A surface in a cutting plane is taken away by it; the face of a cut is not, though rounding may lift it.
+constexpr double planeSlack = 1e-4;  // metres
 
 struct ElementState {
     bool visible = true;
@@ -27,11 +32,12 @@ struct SceneMark {
     std::uint64_t states = 0;
 };
 
-// What has changed since a mark.
+// What has changed since a mark, and the planes.
 struct SceneChange {
     bool restarted = false;  // forget everything first
     std::vector<ElementMeshPtr> added;
     std::optional<std::vector<ElementState>> states;  // of all elements
+    std::vector<Plane> planes;                        // normals of length 1, `mostPlanes` at most
 };
 
 struct Hit {
@@ -46,21 +52,27 @@ class Scene {
     void Clear();
     void ShowOnly(std::optional<std::unordered_set<std::uint64_t>> records);
     void Select(std::unordered_set<std::uint64_t> records);
+    void Cut(const std::vector<Plane>& newPlanes);
 
     std::size_t Count() const;
     std::size_t VisibleCount() const;
     Box3 Bounds() const;
     std::optional<Box3> BoundsOf(std::uint64_t record) const;
 
-    // The first visible triangle that the ray meets.
+    // What the ray meets first of the visible elements' surfaces, and of the faces where planes have cut
+    // them.
     std::optional<Hit> Cast(const Ray& ray) const;
 
     // What has changed since `mark`, which is moved to now.
     SceneChange Changes(SceneMark& mark) const;
 
   private:
-    ElementState StateOf(std::uint64_t record) const;
-    void UpdateStates();
+    bool IsShown(std::uint64_t record) const { return !shown || shown->contains(record); }
+    // The face of a cut that the ray meets first, and how far away.
+    using Meeting = std::pair<double, const ElementMesh*>;
+    std::optional<Meeting> MeetCutFace(const Ray& ray) const;
+    const ElementMesh* ElementCutAt(const Vec3& point, const Plane& plane) const;
+    std::optional<Meeting> MeetSurface(const Ray& ray, double farthest) const;
 
     mutable std::mutex mutex;
     std::vector<ElementMeshPtr> elements;
@@ -68,6 +80,7 @@ class Scene {
     std::unordered_map<std::uint64_t, std::size_t> indexOf;  // by record
     std::optional<std::unordered_set<std::uint64_t>> shown;
     std::unordered_set<std::uint64_t> selected;
+    std::vector<Plane> planes;
     std::uint64_t generation = 1;
     std::uint64_t stateVersion = 1;
 };

@@ -29,9 +29,12 @@ layout(location = 0) in vec3 position;
 layout(location = 1) in vec4 normal;
 layout(location = 2) in vec4 colour;
 layout(location = 3) in uint element;
-uniform mat4 projection;   // of what is seen from the camera's position, world axes
+uniform mat4 projection;   // of what is seen from the camera's eye, world axes
 uniform vec3 fromCamera;   // of the chunk's origin
+uniform vec4 planes[6];    // xyz: normal, w: distance from the chunk's origin
+uniform int planeCount;
 uniform usamplerBuffer states;
+out float gl_ClipDistance[6];
 out vec3 seen;
 out vec3 surfaceNormal;
 out vec4 surfaceColour;
@@ -42,6 +45,7 @@ void main() {
     surfaceColour = colour;
     selected = texelFetch(states, int(element)).r;
     gl_Position = projection * vec4(seen, 1.0);
+    for (int at = 0; at < planeCount; ++at) gl_ClipDistance[at] = planes[at].w - dot(planes[at].xyz, position);
 }
 )";
 
@@ -49,12 +53,13 @@ void main() {
 // no two faces of a building that meet look the same.
 constexpr std::string_view surfaceFragment = R"(#version 330 core
 in vec3 seen;
+uniform vec4 viewer;  // from the eye, a point or with w = 0 a direction
 in vec3 surfaceNormal;
 in vec4 surfaceColour;
 flat in uint selected;
 out vec4 colour;
 void main() {
-    vec3 toCamera = -normalize(seen);
+    vec3 toCamera = normalize(viewer.xyz - viewer.w * seen);
     vec3 normal = normalize(surfaceNormal);
     if (dot(normal, toCamera) < 0.0) normal = -normal;
     vec3 sky = mix(vec3(0.53, 0.51, 0.49), vec3(0.66, 0.68, 0.71), 0.5 + 0.5 * normal.z);
@@ -76,12 +81,16 @@ layout(location = 2) in vec4 colour;
 layout(location = 3) in uint element;
 uniform mat4 projection;
 uniform vec3 fromCamera;
+uniform vec4 planes[6];
+uniform int planeCount;
 uniform usamplerBuffer states;
+out float gl_ClipDistance[6];
 out vec4 lineColour;
 void main() {
     bool selected = texelFetch(states, int(element)).r != 0u;
     lineColour = selected ? vec4(0.02, 0.36, 0.16, 0.95) : vec4(mix(vec3(0.13, 0.15, 0.18), colour.rgb, 0.18), 0.62);
     gl_Position = projection * vec4(position + fromCamera, 1.0);
+    for (int at = 0; at < planeCount; ++at) gl_ClipDistance[at] = planes[at].w - dot(planes[at].xyz, position);
 }
 )";
 

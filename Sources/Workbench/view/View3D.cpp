@@ -16,7 +16,7 @@ namespace workbench {
 
 class View3D::Worker {
   public:
-    explicit Worker(const Scene& scene) : scene(scene), thread([this] { Run(); }) {}
+    explicit Worker(const Scene& scene) : scene(scene) {}
 
     ~Worker() {
         {
@@ -24,7 +24,7 @@ class View3D::Worker {
             stopping = true;
         }
         changed.notify_one();
-        thread.join();
+        if (thread.joinable()) thread.join();
     }
 
     void SetOnFrame(OnFrame function) {
@@ -33,6 +33,7 @@ class View3D::Worker {
     }
 
     void Redraw(const Request& request) {
+        Start();
         {
             const std::lock_guard lock(mutex);
             next = request;
@@ -41,6 +42,7 @@ class View3D::Worker {
     }
 
     QImage Render(const Request& request) {
+        Start();
         std::future<QImage> image;
         {
             const std::lock_guard lock(mutex);
@@ -50,10 +52,18 @@ class View3D::Worker {
         return image.get();
     }
 
-    std::string Error() const { return started.get(); }
+    std::string Error() {
+        Start();
+        return started.get();
+    }
 
   private:
     using Asked = std::pair<Request, std::promise<QImage>>;
+
+    // A view that is never drawn needs neither thread nor OpenGL.
+    void Start() {
+        std::call_once(startOnce, [this] { thread = std::thread([this] { Run(); }); });
+    }
 
     void Run() {
         std::unique_ptr<Renderer> renderer;
@@ -122,6 +132,7 @@ class View3D::Worker {
     std::mutex onFrameMutex;
     OnFrame onFrame;
 
+    std::once_flag startOnce;
     std::thread thread;
 };
 
@@ -139,6 +150,10 @@ void View3D::Clear() {
 
 void View3D::ShowOnly(std::optional<std::unordered_set<std::uint64_t>> records) {
     scene->ShowOnly(std::move(records));
+}
+
+void View3D::Cut(const std::vector<Plane>& planes) {
+    scene->Cut(planes);
 }
 
 void View3D::Select(std::unordered_set<std::uint64_t> records) {
@@ -174,12 +189,14 @@ QImage View3D::Render(const Camera& camera, QSize size, Quality quality) {
 }
 
 std::optional<std::uint64_t> View3D::Pick(const Camera& camera, QSize size, QPointF point) const {
+    if (!IsUsable(camera)) return std::nullopt;
     const auto hit = scene->Cast(RayThrough(camera, size, point));
     if (!hit) return std::nullopt;
     return hit->record;
 }
 
 std::optional<Vec3> View3D::PointAt(const Camera& camera, QSize size, QPointF point) const {
+    if (!IsUsable(camera)) return std::nullopt;
     const auto hit = scene->Cast(RayThrough(camera, size, point));
     if (!hit) return std::nullopt;
     return hit->point;

@@ -14,6 +14,7 @@
 
 #include "Workbench/mesher/Mesh.hpp"
 #include "Workbench/view/Camera.hpp"
+#include "Workbench/view/Section.hpp"
 
 namespace workbench {
 
@@ -37,10 +38,14 @@ class View3D {
 
     // Adds elements, visible and not selected. A record that is there already is replaced.
     void Add(std::span<const ElementMeshPtr> elements);
+    // Takes away all elements, and what was shown and selected. Planes stay.
     void Clear();
 
     // Shows exactly these records; no value shows all, later ones too.
     void ShowOnly(std::optional<std::unordered_set<std::uint64_t>> records);
+    // Cuts away what lies on the side that the planes' normals point to, and fills the cut bodies' faces. Six
+    // planes at most have an effect.
+    void Cut(const std::vector<Plane>& planes);
     // Draws exactly these records in the selection colour; records without a shape are kept in mind.
     void Select(std::unordered_set<std::uint64_t> records);
 
@@ -56,15 +61,18 @@ class View3D {
     // Asks for a picture of `size` pixels. Requests that were not begun when a newer one comes are dropped.
     void Redraw(const Camera& camera, QSize size, Quality quality);
 
-    // Draws and waits: the snapshot. A null image when drawing is impossible, see Error.
+    // Draws and waits: the snapshot. A null image when drawing is impossible, see Error; the mere background
+    // for a camera that is not usable.
     QImage Render(const Camera& camera, QSize size, Quality quality = Quality::Still);
 
-    // The visible element at a point of the picture (pixels, origin top left).
+    // The visible element at a point of the picture (pixels, origin top left); one that is cut is hit on the
+    // face of the cut, too.
     std::optional<std::uint64_t> Pick(const Camera& camera, QSize size, QPointF point) const;
     // The point of the model there, metres.
     std::optional<Vec3> PointAt(const Camera& camera, QSize size, QPointF point) const;
 
-    // Why there are no pictures; empty while there are. Waits until the drawing thread has started.
+    // Why there are no pictures; empty while there are. Waits until the drawing thread has started, which
+    // this, Redraw and Render do.
     std::string Error() const;
 
   private:

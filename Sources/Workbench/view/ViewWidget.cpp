@@ -7,27 +7,16 @@
 #include <QWheelEvent>
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
+
+#include "Workbench/view/Motion.hpp"
 
 namespace workbench {
 namespace {
 
 constexpr int restMilliseconds = 160;
 constexpr double degreesPerPoint = 0.35;
-constexpr double steepest = 89;  // degrees
 constexpr double zoomPerNotch = 0.85;
-constexpr double leastDistance = 0.05;  // metres, from the camera to its target
-
-double Radians(double degrees) {
-    return degrees * std::numbers::pi / 180;
-}
-
-// Rodrigues' formula; `axis` has length 1.
-Vec3 Rotated(const Vec3& v, const Vec3& axis, double angle) {
-    return v * std::cos(angle) + Cross(axis, v) * std::sin(angle) +
-           axis * (Dot(axis, v) * (1 - std::cos(angle)));
-}
 
 }  // namespace
 
@@ -69,6 +58,7 @@ void ViewWidget::SetCamera(const Camera& newCamera) {
 }
 
 void ViewWidget::Fit() {
+    if (!IsUsable(camera)) return ResetCamera();
     Move(FitCamera(camera, view->Bounds(), PixelSize()));
 }
 
@@ -95,45 +85,22 @@ void ViewWidget::Move(const Camera& newCamera) {
 }
 
 void ViewWidget::Orbit(QPointF delta) {
-    const CameraAxes axes = AxesOf(camera);
-    const double elevation = std::asin(std::clamp(axes.forward.z, -1.0, 1.0));
-    const double wanted = elevation - Radians(delta.y() * degreesPerPoint);
-    const double pitch = std::clamp(wanted, -Radians(steepest), Radians(steepest)) - elevation;
-    const double yaw = -Radians(delta.x() * degreesPerPoint);
-    const auto turn = [&](const Vec3& point) {
-        return pivot + Rotated(Rotated(point - pivot, axes.right, pitch), {0, 0, 1}, yaw);
-    };
-    Camera turned = camera;
-    turned.position = turn(camera.position);
-    turned.target = turn(camera.target);
-    Move(turned);
+    Move(Turned(camera, pivot, delta * degreesPerPoint));
 }
 
 // What was under the pointer when the button went down stays under it.
 void ViewWidget::Pan(QPointF delta) {
-    const CameraAxes axes = AxesOf(camera);
-    const double depth = std::max(leastDistance, Dot(pivot - camera.position, axes.forward));
-    const double metres = 2 * SlopesOf(camera, size()).x * depth / std::max(1, width());
-    const Vec3 shift = axes.right * (-delta.x() * metres) + axes.up * (delta.y() * metres);
-    Camera moved = camera;
-    moved.position = camera.position + shift;
-    moved.target = camera.target + shift;
-    Move(moved);
+    Move(Shifted(camera, PixelSize(), pivot, ToPixels(delta)));
 }
 
 void ViewWidget::ZoomAt(QPointF position, double factor) {
-    const Vec3 fixed = PointUnder(position);
-    Camera moved = camera;
-    moved.position = fixed + (camera.position - fixed) * factor;
-    moved.target = fixed + (camera.target - fixed) * factor;
-    if (Length(moved.target - moved.position) < leastDistance)
-        moved.target = moved.position + AxesOf(camera).forward * leastDistance;
-    Move(moved);
+    Move(Zoomed(camera, PixelSize(), PointUnder(position), ToPixels(position), factor));
 }
 
 Vec3 ViewWidget::PointUnder(QPointF position) const {
     const QPointF pixel = ToPixels(position);
     if (const auto point = view->PointAt(camera, PixelSize(), pixel)) return *point;
+    if (!camera.perspective) return {};  // it does not matter for a parallel camera
     const Ray ray = RayThrough(camera, PixelSize(), pixel);
     return ray.start + ray.direction * Length(camera.target - camera.position);
 }

@@ -3,9 +3,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <future>
+#include <iterator>
+#include <limits>
 
 #include "Workbench/view/Boxes.hpp"
+#include "Workbench/view/Pictures.hpp"
 
 namespace workbench {
 namespace {
@@ -29,19 +33,17 @@ constexpr QPoint onRed(100, 120);
 constexpr QPoint onBlue(220, 120);
 constexpr QPoint onNothing(160, 20);
 
-std::size_t Differences(const QImage& a, const QImage& b) {
-    std::size_t count = 0;
-    for (int y = 0; y < a.height(); ++y)
-        for (int x = 0; x < a.width(); ++x)
-            count += a.pixel(x, y) != b.pixel(x, y) ? 1 : 0;
-    return count;
-}
-
-char Hue(QRgb colour) {
-    if (qRed(colour) > qGreen(colour) + 60 && qRed(colour) > qBlue(colour) + 60) return 'r';
-    if (qGreen(colour) > qRed(colour) + 60 && qGreen(colour) > qBlue(colour) + 30) return 'g';
-    if (qBlue(colour) > qRed(colour) + 60) return 'b';
-    return '-';
+// Half from above, sheared when asked to.
+Camera Axonometry(const Vec3& offset, double shear) {
+    Camera camera = FromSouth(offset);
+    camera.perspective = false;
+    camera.right = Vec3{0.9, 0.3, 0};
+    camera.up = Vec3{-0.15, 0.5, 0.8} + camera.right * shear;
+    const Vec3 middle = offset + Vec3{0, 1, 1};
+    camera.middleX = Dot(camera.right, middle);
+    camera.middleY = Dot(camera.up, middle);
+    camera.across = 8;
+    return camera;
 }
 
 class View3DTest : public testing::Test {
@@ -52,22 +54,43 @@ class View3DTest : public testing::Test {
 };
 
 TEST_F(View3DTest, DrawsWhatItPicks) {
+    Camera slanted = FromSouth();
+    slanted.position = {4, -8, 5};
+    const Plane half{{0, 0, 1}, 1.2};
+    const Plane front{{0.6, -0.8, 0}, -0.1};
+    const struct {
+        const char* situation;
+        Camera camera;
+        std::vector<Plane> planes;
+    } cases[] = {
+        {"perspective", slanted, {}},
+        {"parallel", Axonometry({}, 0), {}},
+        {"sheared", Axonometry({}, 0.7), {}},
+        {"perspective, cut", slanted, {half, front}},
+        {"parallel, cut", Axonometry({}, 0), {half, front}},
+        {"sheared, cut", Axonometry({}, 0.7), {half, front}},
+    };
     view.Add(TwoBoxes());
-    Camera camera = FromSouth();
-    camera.position = {4, -8, 5};
-    const QImage image = view.Render(camera, size, Quality::Moving);
-    std::size_t disagreeing = 0;
-    std::size_t hits = 0;
-    for (int y = 0; y < size.height(); y += 4)
-        for (int x = 0; x < size.width(); x += 4) {
-            const auto record = view.Pick(camera, size, QPointF(x + 0.5, y + 0.5));
-            const char expected = !record ? '-' : *record == 11 ? 'r' : 'b';
-            hits += record ? 1 : 0;
-            disagreeing += Hue(image.pixel(x, y)) != expected ? 1 : 0;
-        }
-    EXPECT_GT(hits, 500u);
-    EXPECT_LE(disagreeing, 8u);  // pixels cut by an edge
-    EXPECT_EQ(Differences(image, view.Render(camera, size, Quality::Moving)), 0u);
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.situation);
+        view.Cut(test.planes);
+        const QImage image = view.Render(test.camera, size, Quality::Moving);
+        std::size_t disagreeing = 0;
+        std::size_t reds = 0;
+        std::size_t blues = 0;
+        for (int y = 0; y < size.height(); y += 4)
+            for (int x = 0; x < size.width(); x += 4) {
+                const auto record = view.Pick(test.camera, size, QPointF(x + 0.5, y + 0.5));
+                const char expected = !record ? '-' : *record == 11 ? 'r' : 'b';
+                reds += expected == 'r' ? 1 : 0;
+                blues += expected == 'b' ? 1 : 0;
+                disagreeing += Hue(image.pixel(x, y)) != expected ? 1 : 0;
+            }
+        EXPECT_GT(reds, 60u);
+        EXPECT_GT(blues, 60u);
+        EXPECT_LE(disagreeing, 8u);  // pixels cut by an edge
+        EXPECT_EQ(Differences(image, view.Render(test.camera, size, Quality::Moving)), 0u);
+    }
 }
 
 TEST_F(View3DTest, PicksTheNearestVisibleElement) {
@@ -155,16 +178,51 @@ TEST_F(View3DTest, StillPicturesHaveEdges) {
 TEST_F(View3DTest, FarFromTheOriginThePictureIsTheSame) {
     view.Add(TwoBoxes());
     const QImage near = view.Render(FromSouth(), size);
+    const QImage parallel = view.Render(Axonometry({}, 0.3), size);
     for (const double distance : {1e6, 1e7}) {
         const Vec3 offset{distance, -0.5 * distance, 100};
         view.Clear();
         view.Add(std::vector{MakeBox(1, {0, 0, 0}, {1, 1, 1}, red)});
         view.Add(TwoBoxes(offset));
+        EXPECT_LE(Differences(parallel, view.Render(Axonometry(offset, 0.3), size)), 10u) << distance;
         view.ShowOnly(std::unordered_set<std::uint64_t>{11, 12});
-        const QImage far = view.Render(FromSouth(offset), size);
-        EXPECT_LE(Differences(near, far), 10u) << distance;
+        EXPECT_LE(Differences(near, view.Render(FromSouth(offset), size)), 10u) << distance;
         EXPECT_EQ(view.Pick(FromSouth(offset), size, onBlue), 12u) << distance;
     }
+}
+
+TEST_F(View3DTest, UnusableCamerasShowNothingAndExtremeOnesDoNoHarm) {
+    const QImage empty = view.Render(FromSouth(), size);
+    view.Add(TwoBoxes());
+    view.Cut({{{0, 0, 1}, 1}});
+    constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (const double value : {nan, infinite, -infinite, 0.0, 1e300, -1e300, 1e-300, 1e150, 1e-30, 1e30})
+        for (const auto change : {
+                 +[](Camera&camera, double v) { camera.position.x = v; },
+                 +[](Camera&camera, double v) {
+                     camera.target = Vec3{v, v, v};
+                 },
+                 +[](Camera&camera, double v) { camera.viewCone = v; },
+                 +[](Camera&camera, double v) { camera.right = camera.right * v; },
+                 +[](Camera&camera, double v) { camera.up.z = v; },
+                 +[](Camera&camera, double v) { camera.up = camera.right * v; },
+                 +[](Camera&camera, double v) { camera.middleX = v; },
+                 +[](Camera&camera, double v) { camera.across = v; },
+             })
+            for (Camera camera : {FromSouth(), Axonometry({}, 0)}) {
+                change(camera, value);
+                const QImage image = view.Render(camera, size, Quality::Moving);
+                const auto point = view.PointAt(camera, size, onRed);
+                const Camera fitted = FitCamera(camera, view.Bounds(), size);
+                EXPECT_EQ(IsUsable(fitted), IsUsable(camera)) << value;
+                if (IsUsable(camera)) {
+                    EXPECT_TRUE(!point || std::isfinite(Length(*point))) << value;
+                } else {
+                    EXPECT_EQ(Differences(image, empty), 0u) << value;
+                    EXPECT_FALSE(point) << value;
+                }
+            }
 }
 
 TEST_F(View3DTest, RedrawEndsWithTheLatestRequest) {
@@ -183,6 +241,23 @@ TEST_F(View3DTest, RedrawEndsWithTheLatestRequest) {
 
     view.Redraw(FromSouth(), size, Quality::Still);
     EXPECT_FALSE(view.Render(FromSouth(), size).isNull());  // with a redraw pending
+}
+
+TEST(View3DThreadTest, OnlyDrawingStartsAThread) {
+    const auto threads = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
+    };
+    const auto before = threads();
+    {
+        View3D view;
+        view.SetOnFrame([](const QImage&) {});
+        view.Add(TwoBoxes());
+        view.Cut({{{0, 0, 1}, 1}});
+        EXPECT_EQ(view.Pick(FromSouth(), size, QPoint(100, 130)), 11u);
+        EXPECT_EQ(threads(), before);
+        EXPECT_FALSE(view.Render(FromSouth(), size).isNull());
+        EXPECT_GT(threads(), before);
+    }
 }
 
 TEST_F(View3DTest, ImpossibleSizesGiveNoPicture) {

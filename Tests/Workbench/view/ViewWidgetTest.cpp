@@ -97,6 +97,48 @@ TEST_F(ViewWidgetTest, OrbitKeepsTheDistanceAndNeverTurnsOver) {
     EXPECT_LT(axes.forward.z, -0.99);
 }
 
+TEST_F(ViewWidgetTest, InParallelThePointUnderThePointerStaysWhatItIs) {
+    for (const double shear : {0.0, 0.5}) {
+        Camera camera;
+        camera.perspective = false;
+        camera.right = {1, 0, 0};
+        camera.up = Vec3{0, 0.4, 0.9} + camera.right * shear;
+        camera.middleY = Dot(camera.up, {0, 0, 1});
+        camera.across = 12;
+        widget->SetCamera(camera);
+        const auto placeOf = [&](const Vec3& point) {
+            const Camera& now = widget->CurrentCamera();
+            return QPointF(200 + 400 * (Dot(now.right, point) - now.middleX) / now.across,
+                           150 - 400 * (Dot(now.up, point) - now.middleY) / now.across);
+        };
+        const auto expectAt = [&](const Vec3& point, QPointF place) {
+            EXPECT_LT((placeOf(point) - place).manhattanLength(), 1e-6) << shear;
+        };
+
+        const Vec3 pivot = *PointAt({230, 140});
+        Drag(Qt::LeftButton, {230, 140}, {330, 165});
+        expectAt(pivot, {230, 140});
+        EXPECT_GT(AxesOf(widget->CurrentCamera()).forward.x, 0.3);  // seen from the west now
+        EXPECT_NEAR(Length(widget->CurrentCamera().right), 1, 1e-9);
+
+        const Vec3 held = *PointAt({210, 150});
+        Drag(Qt::RightButton, {210, 150}, {190, 110});
+        expectAt(held, {190, 110});
+
+        const double across = widget->CurrentCamera().across;
+        QWheelEvent wheel({190, 110}, widget->mapToGlobal(QPointF(190, 110)), {}, {0, 240}, Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(widget.get(), &wheel);
+        expectAt(held, {190, 110});
+        EXPECT_NEAR(widget->CurrentCamera().across, across * 0.85 * 0.85, 1e-9);
+
+        for (int round = 0; round < 5; ++round)
+            Drag(Qt::LeftButton, {200, 20}, {200, 290});
+        EXPECT_LT(AxesOf(widget->CurrentCamera()).forward.z, -0.9);
+        EXPECT_TRUE(IsUsable(widget->CurrentCamera()));
+    }
+}
+
 TEST_F(ViewWidgetTest, FitKeyFramesWhatIsVisible) {
     widget->SetCamera({{500, -900, 1}, {500, 0, 1}, 60});
     QKeyEvent key(QEvent::KeyPress, Qt::Key_F, Qt::NoModifier);
