@@ -8,6 +8,7 @@
 #include "HostKit/API/AddOnLoader.hpp"
 #include "HostKit/API/Registry.hpp"
 #include "HostKit/DG/Driver.hpp"
+#include "Workbench/project/Survey.hpp"
 
 namespace workbench {
 
@@ -28,12 +29,15 @@ Application::Application(Settings settings, MainQueue& queue, hostkit::dg::Drive
       queue(queue),
       driver(driver),
       project(Project::Untitled()),
+      survey(SurveyTransformation(*project)),
+      view(std::make_shared<View3D>()),
       generation(std::make_shared<int>()),
       host(*this),
       session(host, driver,
               hostkit::Resources::Load(this->settings.resourcesFolder,
                                        this->settings.language == Language::german ? "GER" : "INT")),
       mesher(this->settings.mesher) {
+    states.Reset(*project);
     std::error_code ignored;  // a folder that cannot be made shows itself where it is written to
     std::filesystem::create_directories(this->settings.dataFolder / "GRAPHISOFT" / "Archicad", ignored);
     std::filesystem::create_directories(this->settings.dataFolder / "Temporary", ignored);
@@ -77,11 +81,15 @@ bool Application::Open(const std::filesystem::path& file) {
 
     project = std::move(opened.project);
     generation = std::make_shared<int>();
-    selection.clear();
-    shownOnly.reset();
-    bounds.clear();
+    states.Reset(*project);
+    survey = SurveyTransformation(*project);
+    window3D.Reset(Box3{});
+    front = {};
+    changed = 0;
+    view->Clear();
+    viewOutdated = selectionChange | visibilityChange | viewChange;
+    UpdateView();
     shaping = true;
-    shapesKnown = false;
     Tell([](ApplicationObserver& observer) { observer.ProjectReplaced(); });
     Shape();
 
@@ -108,7 +116,10 @@ void Application::Shape() {
             queue.Post([this, of, batch = std::move(batch)] {
                 if (of.expired()) return;
                 for (const ElementMeshPtr& mesh : batch.elements)
-                    bounds[mesh->record] = mesh->bounds;
+                    states.AddShape(mesh);
+                const bool first = view->Count() == 0;
+                view->Add(batch.elements);
+                if (first) window3D.Reset(ShownBox());
                 Tell([&](ApplicationObserver& observer) { observer.ShapesArrived(batch); });
             });
         },
@@ -121,7 +132,8 @@ void Application::Shape() {
 
 void Application::FinishShaping(const MeshOutcome& outcome) {
     shaping = false;
-    shapesKnown = outcome.status == MeshOutcome::Status::Done;
+    if (outcome.status == MeshOutcome::Status::Done) states.ShapesAreKnown();
+    window3D.Reset(ShownBox());
     Tell([&](ApplicationObserver& observer) { observer.ProjectReady(outcome); });
     session.GetRegistry().NotifyProjectEvent(APINotify_Open);
 }
@@ -144,64 +156,6 @@ SaveResult Application::Write(const std::filesystem::path& file, const GS::Array
     for (const API_Guid& guid : *elements)
         chosen.push_back(guid);
     return SaveIfcSubset(*project, chosen, file, progress);
-}
-
-void Application::Select(std::span<const API_Guid> elements) {
-    selection.clear();
-    for (const API_Guid& guid : elements) {
-        if (const Element* element = project->FindByGuid(guid)) selection.push_back(element);
-    }
-    Tell([](ApplicationObserver& observer) { observer.SelectionChanged(); });
-
-    API_Neig last{};
-    if (!selection.empty()) last = API_Neig(selection.back()->guid);
-    session.GetRegistry().NotifySelectionChange(&last);
-}
-
-void Application::ShowAll() {
-    shownOnly.reset();
-    Tell([](ApplicationObserver& observer) { observer.VisibilityChanged(); });
-}
-
-void Application::ShowOnly(std::span<const API_Guid> elements) {
-    shownOnly.emplace();
-    for (const API_Guid& guid : elements) {
-        if (const Element* element = project->FindByGuid(guid)) shownOnly->insert(element->record);
-    }
-    Tell([](ApplicationObserver& observer) { observer.VisibilityChanged(); });
-}
-
-void Application::SetShown(std::span<const Element* const> elements, bool shown) {
-    if (!shownOnly) {
-        shownOnly.emplace();
-        for (const Element& element : project->Elements())
-            shownOnly->insert(element.record);
-    }
-    for (const Element* element : elements) {
-        if (shown) {
-            shownOnly->insert(element->record);
-        } else {
-            shownOnly->erase(element->record);
-        }
-    }
-    Tell([](ApplicationObserver& observer) { observer.VisibilityChanged(); });
-}
-
-bool Application::IsShown(const Element& element) const {
-    if (shownOnly && !shownOnly->contains(element.record)) return false;
-    return !shapesKnown || bounds.contains(element.record);
-}
-
-std::size_t Application::ShownCount() const {
-    const auto& elements = project->Elements();
-    return static_cast<std::size_t>(std::count_if(
-        elements.begin(), elements.end(), [this](const Element& element) { return IsShown(element); }));
-}
-
-std::optional<Box3> Application::BoundsOf(const Element& element) const {
-    const auto found = bounds.find(element.record);
-    if (found == bounds.end()) return std::nullopt;
-    return found->second;
 }
 
 void Application::Watch(ApplicationObserver& observer) {

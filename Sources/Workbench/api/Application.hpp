@@ -6,16 +6,17 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "HostKit/API/Session.hpp"
+#include "Workbench/api/ElementStates.hpp"
 #include "Workbench/api/MainQueue.hpp"
+#include "Workbench/api/ModelWindow.hpp"
 #include "Workbench/api/Say.hpp"
 #include "Workbench/api/WorkbenchHost.hpp"
 #include "Workbench/exchange/Exchange.hpp"
 #include "Workbench/mesher/MesherProcess.hpp"
+#include "Workbench/view/View3D.hpp"
 
 namespace workbench {
 
@@ -37,10 +38,27 @@ class ApplicationObserver {
     virtual void ProjectReady(const MeshOutcome&) {}
     virtual void SelectionChanged() {}
     virtual void VisibilityChanged() {}
+    /// The 3D window's camera or cutting planes are others.
+    virtual void ViewChanged() {}
+    /// Another window is in front, or another storey in the floor plan.
+    virtual void WindowChanged() {}
     virtual void MenuFlagsChanged() {}
     /// Long work goes on in the main thread. Answers false to stop it.
     virtual bool Working(const std::string& /*what*/, double /*fraction*/) { return true; }
 };
+
+/// The window in front.
+struct FrontWindow {
+    enum class Kind { model, plan };
+    Kind kind = Kind::model;
+    std::size_t storey = 0;  // of the plan: place in Project::Storeys()
+
+    friend bool operator==(const FrontWindow&, const FrontWindow&) = default;
+};
+
+/// Whose doing a change is: a person's is told at once, to the add-on too; the add-on's own is told when its
+/// call is over, however many changes it made.
+enum class Who { person, addOn };
 
 /// The running host without its windows: the open project, its selection and visibility, and the loaded
 /// add-on. Used from the main thread only.
@@ -69,18 +87,43 @@ class Application {
     const Settings& GetSettings() const { return settings; }
     hostkit::Session& GetSession() { return session; }
 
-    /// Replaces the selection, as a person does. GUIDs that are not in the project are passed over.
-    void Select(std::span<const API_Guid> elements);
-    const std::vector<const Element*>& Selection() const { return selection; }
+    /// What is selected and shown. GUIDs that are not in the project are passed over.
+    const ElementStates& States() const { return states; }
+    const std::vector<const Element*>& Selection() const { return states.Selection(); }
+    /// Replaces the selection.
+    void Select(std::span<const API_Guid> elements, Who who = Who::person);
+    void AddToSelection(std::span<const API_Guid> elements, Who who);
+    void TakeFromSelection(std::span<const API_Guid> elements, Who who);
 
-    /// What the 3D window shows: all, or these elements.
-    void ShowAll();
-    void ShowOnly(std::span<const API_Guid> elements);
+    void ShowAll(Who who = Who::person);
+    void ShowOnly(std::span<const API_Guid> elements, Who who = Who::person);
+    void ShowSelection(Who who = Who::person);
     /// Shows or hides these, the others stay as they are.
     void SetShown(std::span<const Element* const> elements, bool shown);
-    /// Neither hidden nor without a shape. Shapes that are not known yet count as there.
-    bool IsShown(const Element& element) const;
-    std::size_t ShownCount() const;
+    bool IsShown(const Element& element) const { return states.IsShown(element); }
+    std::size_t ShownCount() const { return states.ShownCount(); }
+
+    /// The 3D window. `change` is given its state; then what changed is told.
+    const ModelWindow& Window3D() const { return window3D; }
+    void ChangeView(const std::function<void(ModelWindow&)>& change, Who who = Who::person);
+    /// The camera is turned to these elements; false when none of them has a shape.
+    bool ZoomTo(std::span<const API_Guid> elements, Who who = Who::person);
+    /// The box around what the 3D window shows, metres; empty without shapes.
+    Box3 ShownBox() const;
+    /// The 3D picture, for the widget that shows it. It is up to date after observers have been told.
+    const std::shared_ptr<View3D>& View() const { return view; }
+    /// What the 3D window shows, drawn in its size; null when drawing is impossible.
+    QImage Picture3D(bool highlightSelection = true);
+
+    const FrontWindow& Front() const { return front; }
+    /// False when there is no such storey.
+    bool BringToFront(const FrontWindow& window, Who who = Who::person);
+    /// The shapes of the elements that belong to a storey.
+    std::vector<ElementMeshPtr> ShapesOn(std::size_t storey) const;
+
+    /// From the model's coordinates to those of the survey point, metres.
+    const API_Tranmat& Survey() const { return survey; }
+    void SetSurvey(const API_Tranmat& matrix) { survey = matrix; }
 
     /// The element's box in metres; nothing while or when it has no shape.
     std::optional<Box3> BoundsOf(const Element& element) const;
@@ -94,6 +137,11 @@ class Application {
     void Tell(const std::function<void(ApplicationObserver&)>& call);
     Progress ProgressOf(std::string what);
     void Shape();
+    std::vector<const Element*> Find(std::span<const API_Guid> guids) const;
+    enum Change : unsigned { selectionChange = 1, visibilityChange = 2, viewChange = 4, windowChange = 8 };
+    void Changed(unsigned changes, Who who);
+    void TellChanges();
+    void UpdateView();
     void FinishShaping(const MeshOutcome& outcome);
     void ShowAlert(const std::string& large, const std::string& small);
 
@@ -103,11 +151,14 @@ class Application {
     hostkit::dg::Driver& driver;
     std::vector<ApplicationObserver*> observers;
     std::shared_ptr<const Project> project;
-    std::vector<const Element*> selection;
-    std::optional<std::unordered_set<std::uint64_t>> shownOnly;
-    std::unordered_map<std::uint64_t, Box3> bounds;
+    ElementStates states;
+    ModelWindow window3D;
+    FrontWindow front;
+    API_Tranmat survey;
+    std::shared_ptr<View3D> view;
+    unsigned changed = 0;       // what is still to be told: bits of Change
+    unsigned viewOutdated = 0;  // and what the 3D picture does not know yet
     bool shaping = false;
-    bool shapesKnown = false;
     std::filesystem::path unpacked;  // the plain file that the mesher reads when the model came in an archive
     std::shared_ptr<int> generation;  // of the open project; shapes of an earlier one are dropped
     WorkbenchHost host;

@@ -1,5 +1,7 @@
 #include "Workbench/api/WorkbenchHost.hpp"
 
+#include <QImage>
+#include <QSaveFile>
 #include <algorithm>
 #include <string_view>
 
@@ -72,23 +74,42 @@ GSErrCode WorkbenchHost::SpecialFolder(API_SpecFolderID id, IO::Location& locati
 
 GSErrCode WorkbenchHost::Save(const API_FileSavePars& pars, const void* formatRecord) {
     if (pars.file == nullptr) return APIERR_BADPARS;
-    if (pars.fileTypeID != APIFType_IfcFile) return APIERR_REFUSEDPAR;
     if (formatRecord == nullptr) return APIERR_BADPARS;
-
-    const auto& ifc = *static_cast<const API_SavePars_Ifc*>(formatRecord);
-    if (ifc.subType != API_IFC) return APIERR_REFUSEDPAR;
-    if (!IsGeneralTranslator(ifc.translatorIdentifier.innerReference)) return APIERR_BADPARS;
-
     const std::filesystem::path file = hostkit::ToPath(*pars.file);
-    switch (ifc.elementsToIfcExport) {
-        case API_EntireProject:
-            return ErrorOf(application.Write(file, nullptr).outcome);
-        case API_FilteredElements:
-            if (ifc.elementsSet == nullptr) return APIERR_BADPARS;
-            return ErrorOf(application.Write(file, ifc.elementsSet).outcome);
+    switch (pars.fileTypeID) {
+        case APIFType_IfcFile:
+            return SaveAsIfc(file, *static_cast<const API_SavePars_Ifc*>(formatRecord));
+        case APIFType_PNGFile:
+            return SaveAsPicture(file, "PNG", *static_cast<const API_SavePars_Picture*>(formatRecord));
+        case APIFType_JPEGFile:
+            return SaveAsPicture(file, "JPEG", *static_cast<const API_SavePars_Picture*>(formatRecord));
         default:
             return APIERR_REFUSEDPAR;
     }
+}
+
+GSErrCode WorkbenchHost::SaveAsIfc(const std::filesystem::path& file, const API_SavePars_Ifc& pars) {
+    if (pars.subType != API_IFC) return APIERR_REFUSEDPAR;
+    if (!IsGeneralTranslator(pars.translatorIdentifier.innerReference)) return APIERR_BADPARS;
+    switch (pars.elementsToIfcExport) {
+        case API_EntireProject:
+            return ErrorOf(application.Write(file, nullptr).outcome);
+        case API_FilteredElements:
+            if (pars.elementsSet == nullptr) return APIERR_BADPARS;
+            return ErrorOf(application.Write(file, pars.elementsSet).outcome);
+        default:
+            return APIERR_REFUSEDPAR;
+    }
+}
+
+GSErrCode WorkbenchHost::SaveAsPicture(const std::filesystem::path& file, const char* format,
+                                       const API_SavePars_Picture& pars) {
+    if (application.Front().kind != FrontWindow::Kind::model) return APIERR_BADWINDOW;
+    const QImage picture = application.Picture3D(pars.keepSelectionHighlight);
+    QSaveFile out(QString::fromStdString(file.string()));
+    const bool saved =
+        !picture.isNull() && out.open(QIODevice::WriteOnly) && picture.save(&out, format) && out.commit();
+    return saved ? NoError : static_cast<GSErrCode>(APIERR_GENERAL);
 }
 
 GSErrCode WorkbenchHost::ExportTranslators(GS::Array<API_IFCTranslatorIdentifier>& translators) {
@@ -130,6 +151,67 @@ GSErrCode WorkbenchHost::Element3DInfo(const API_Elem_Head& header, API_ElemInfo
     const std::optional<Box3> box = application.BoundsOf(*element);
     if (!box) return APIERR_GENERAL;
     info.bounds = {box->min.x, box->min.y, box->min.z, box->max.x, box->max.y, box->max.z};
+    return NoError;
+}
+
+bool WorkbenchHost::PassesFilter(const API_Guid& guid, API_ElemFilterFlags filter) {
+    const workbench::Element* element = application.OpenProject().FindByGuid(guid);
+    if (element == nullptr || (filter & ~static_cast<API_ElemFilterFlags>(APIFilt_In3D)) != 0) return false;
+    return (filter & APIFilt_In3D) == 0 || application.IsShown(*element);
+}
+
+GSErrCode WorkbenchHost::ElementInfoString(const API_Guid& guid, GS::UniString& text) {
+    const workbench::Element* element = application.OpenProject().FindByGuid(guid);
+    if (element == nullptr) return APIERR_BADID;
+    text = GS::UniString(element->idText.c_str(), CC_UTF8);
+    return NoError;
+}
+
+GSErrCode WorkbenchHost::IfcIdentifier(const API_Guid& guid, API_Guid& own, API_Guid& external) {
+    const workbench::Element* element = application.OpenProject().FindByGuid(guid);
+    if (element == nullptr) return APIERR_BADID;
+    own = element->guid;
+    external = element->externalIfcId;
+    return NoError;
+}
+
+GSErrCode WorkbenchHost::ElementsByIfcIdentifier(const API_Guid* own, const API_Guid* external,
+                                                 GS::Array<API_Guid>& elements) {
+    const Project& project = application.OpenProject();
+    if (external == nullptr) {
+        if (project.FindByGuid(*own) != nullptr) elements.Push(*own);
+        return NoError;
+    }
+    for (const workbench::Element* element : project.FindByExternalIfcId(*external))
+        if (own == nullptr || element->guid == *own) elements.Push(element->guid);
+    return NoError;
+}
+
+GSErrCode WorkbenchHost::Select(const GS::Array<API_Neig>& elements, bool add) {
+    std::vector<API_Guid> guids;
+    guids.reserve(elements.GetSize());
+    for (const API_Neig& neig : elements)
+        guids.push_back(neig.guid);
+    if (add) {
+        application.AddToSelection(guids, Who::addOn);
+    } else {
+        application.TakeFromSelection(guids, Who::addOn);
+    }
+    return NoError;
+}
+
+GSErrCode WorkbenchHost::DeselectAll() {
+    application.Select({}, Who::addOn);
+    return NoError;
+}
+
+GSErrCode WorkbenchHost::Selection(API_SelectionInfo& info, GS::Array<API_Neig>& elements) {
+    const auto& selection = application.Selection();
+    if (selection.empty()) return APIERR_NOSEL;
+    info.typeID = API_SelElems;
+    info.sel_nElem = info.sel_nElemEdit = static_cast<Int32>(selection.size());
+    for (const workbench::Element* element : selection)
+        elements.PushNew(element->guid);
     return NoError;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <filesystem>
+
 #include "HostKit/API/Host.hpp"
 
 namespace workbench {
@@ -24,9 +26,37 @@ class WorkbenchHost : public hostkit::Host {
     GSErrCode ElementHeader(API_Elem_Head& header) override;
     GSErrCode Element3DInfo(const API_Elem_Head& header, API_ElemInfo3D& info) override;
 
+    bool PassesFilter(const API_Guid& guid, API_ElemFilterFlags filter) override;
+    GSErrCode ElementInfoString(const API_Guid& guid, GS::UniString& text) override;
+    GSErrCode IfcIdentifier(const API_Guid& guid, API_Guid& own, API_Guid& external) override;
+    GSErrCode ElementsByIfcIdentifier(const API_Guid* own, const API_Guid* external,
+                                      GS::Array<API_Guid>& elements) override;
+
+    GSErrCode Select(const GS::Array<API_Neig>& elements, bool add) override;
+    GSErrCode DeselectAll() override;
+    GSErrCode Selection(API_SelectionInfo& info, GS::Array<API_Neig>& elements) override;
+
+    GSErrCode Projection3D(API_3DProjectionInfo& info) override;
+    GSErrCode ChangeProjection3D(const API_3DProjectionInfo& info, bool onlyMode) override;
+    GSErrCode Window3D(API_3DWindowInfo& info) override;
+    GSErrCode ChangeWindow3D(const API_3DWindowInfo& info) override;
+    GSErrCode CuttingPlanes(API_3DCutPlanesInfo& info) override;
+    GSErrCode ChangeCuttingPlanes(const API_3DCutPlanesInfo& info) override;
+    GSErrCode SurveyPointTransformation(API_Tranmat& matrix) override;
+    GSErrCode ShowAllIn3D() override;
+    GSErrCode ShowSelectionIn3D() override;
+    GSErrCode ZoomToFit() override;
+    GSErrCode ZoomToElements(const GS::Array<API_Guid>& elements) override;
+    GSErrCode ChangeWindow(const API_WindowInfo& window) override;
+    GSErrCode CurrentWindow(API_WindowInfo& window) override;
+
     void MenuItemFlagsChanged(short menuStrings, Int32 item, GSFlags flags) override;
 
   private:
+    GSErrCode SaveAsIfc(const std::filesystem::path& file, const API_SavePars_Ifc& pars);
+    GSErrCode SaveAsPicture(const std::filesystem::path& file, const char* format,
+                            const API_SavePars_Picture& pars);
+
     Application& application;
 };
 

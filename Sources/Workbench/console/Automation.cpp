@@ -70,7 +70,9 @@ void Automation::SavePicture(const std::string& of, const std::filesystem::path&
     } else if (of == "palette" && driver.Dock() != nullptr) {
         picture = driver.Dock()->grab().toImage();
     } else if (of == "3d") {
-        picture = window.View().Render(window.CurrentCamera(), window.ViewSize());
+        picture = application.Picture3D();
+    } else if (of == "plan") {
+        picture = window.Area().PlanPicture();
     } else {
         throw AutomationError("there is no picture of \"" + of + "\"");
     }

@@ -33,7 +33,7 @@ class Automation {
     /// Evaluates `condition` in the page until it is true.
     void WaitForPage(const std::string& condition, std::chrono::milliseconds timeout);
 
-    /// Saves as PNG what "window", "palette" or "3d" shows.
+    /// Saves as PNG what "window", "palette", "3d" or "plan" shows.
     void SavePicture(const std::string& of, const std::filesystem::path& file);
 
     bool WaitFor(const std::function<bool()>& done, std::chrono::milliseconds timeout);

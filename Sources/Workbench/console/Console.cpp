@@ -31,6 +31,39 @@ bool IsMenuChecked(const hostkit::Registry& registry) {
            (menus.front().itemFlags.front() & API_MenuItemChecked) != 0;
 }
 
+API_Tranmat MatrixOf(const nlohmann::ordered_json& numbers) {
+    if (!numbers.is_array() || numbers.size() != 12)
+        throw AutomationError("a matrix is 12 numbers: three rows of four");
+    API_Tranmat matrix = {};
+    for (std::size_t i = 0; i < 12; ++i)
+        matrix.tmx[i] = numbers[i].get<double>();
+    return matrix;
+}
+
+nlohmann::ordered_json ToJson(const Vec3& point) {
+    return {point.x, point.y, point.z};
+}
+
+// The fields that the command "projection" sets.
+nlohmann::ordered_json ProjectionOf(const ModelWindow& window) {
+    const Camera& camera = window.CurrentCamera();
+    if (window.IsPerspective()) {
+        return {{"perspective", true},
+                {"camera", ToJson(camera.position)},
+                {"target", ToJson(camera.target)},
+                {"viewCone", camera.viewCone}};
+    }
+    return {{"perspective", false}, {"matrix", window.Projection().u.axono.tranmat.tmx}};
+}
+
+nlohmann::ordered_json PlanesOf(const ModelWindow& window) {
+    nlohmann::ordered_json planes = nlohmann::ordered_json::array();
+    if (!window.IsCutting()) return planes;
+    for (const Plane& plane : window.Planes())
+        planes.push_back({plane.normal.x, plane.normal.y, plane.normal.z, plane.distance});
+    return planes;
+}
+
 void ThrowOnError(GSErrCode error, const std::string& what) {
     if (error != NoError) throw AutomationError(what + " failed with code " + std::to_string(error));
 }
@@ -99,10 +132,12 @@ void Console::Run() {
 
 Console::Json Console::Do(const std::string& line) {
     static const std::map<std::string, Command> commands{
-        {"open", &Console::Open},       {"save", &Console::Save},     {"select", &Console::Select},
-        {"show", &Console::Show},       {"answer", &Console::Answer}, {"menu", &Console::Menu},
-        {"palette", &Console::Palette}, {"eval", &Console::Eval},     {"fault", &Console::Fault},
-        {"picture", &Console::Picture}, {"state", &Console::State},   {"quit", &Console::Quit}};
+        {"open", &Console::Open},   {"save", &Console::Save},       {"select", &Console::Select},
+        {"show", &Console::Show},   {"window", &Console::Window},   {"projection", &Console::Projection},
+        {"cut", &Console::Cut},     {"survey", &Console::Survey},   {"answer", &Console::Answer},
+        {"menu", &Console::Menu},   {"palette", &Console::Palette}, {"eval", &Console::Eval},
+        {"fault", &Console::Fault}, {"picture", &Console::Picture}, {"state", &Console::State},
+        {"quit", &Console::Quit}};
     try {
         const Json command = Json::parse(line);
         const auto found = commands.find(command.at("do").get<std::string>());
@@ -154,6 +189,57 @@ Console::Json Console::Show(const Json& command) {
     return {{"shown", application.ShownCount()}};
 }
 
+Console::Json Console::Window(const Json& command) {
+    const std::string type = command.at("type").get<std::string>();
+    if (type != "3d" && type != "plan") throw AutomationError("the window is \"3d\" or \"plan\"");
+    FrontWindow front;
+    if (type == "plan") front = {FrontWindow::Kind::plan, command.value("story", std::size_t{0})};
+    if (!application.BringToFront(front)) throw AutomationError("the model has no such storey");
+    return Json::object();
+}
+
+Console::Json Console::Projection(const Json& command) {
+    API_3DProjectionInfo info = {};
+    info.isPersp = command.at("perspective").get<bool>();
+    if (info.isPersp) {
+        const auto camera = command.at("camera").get<std::array<double, 3>>();
+        const auto target = command.at("target").get<std::array<double, 3>>();
+        API_PerspPars& persp = info.u.persp;
+        persp.pos = {camera[0], camera[1]};
+        persp.cameraZ = camera[2];
+        persp.target = {target[0], target[1]};
+        persp.targetZ = target[2];
+        persp.viewCone = command.value("viewCone", application.Window3D().CurrentCamera().viewCone);
+    } else {
+        info.u.axono.tranmat = MatrixOf(command.at("matrix"));
+    }
+    GSErrCode error = NoError;
+    application.ChangeView(
+        [&](ModelWindow& window) { error = window.ChangeProjection(info, application.ShownBox()); });
+    ThrowOnError(error, "setting this projection");
+    return Json::object();
+}
+
+Console::Json Console::Cut(const Json& command) {
+    std::vector<Plane> planes;
+    for (const Json& plane : command.at("planes")) {
+        const auto numbers = plane.get<std::array<double, 4>>();
+        planes.push_back({{numbers[0], numbers[1], numbers[2]}, numbers[3]});
+        if (Length(planes.back().normal) == 0)
+            throw AutomationError("a plane needs a normal: " + plane.dump());
+    }
+    application.ChangeView([&](ModelWindow& window) {
+        window.SetPlanes(planes);
+        window.SetCutting(!planes.empty());
+    });
+    return Json::object();
+}
+
+Console::Json Console::Survey(const Json& command) {
+    application.SetSurvey(MatrixOf(command.at("matrix")));
+    return Json::object();
+}
+
 Console::Json Console::Answer(const Json& command) {
     if (command.at("to") != "alert") throw AutomationError("there are no dialogs of this kind");
     const Json& value = command.at("value");
@@ -201,8 +287,11 @@ Console::Json Console::State(const Json&) {
         selection.push_back(project.GlobalIdOf(*element));
     return {{"project", project.Name()},
             {"elements", project.Elements().size()},
+            {"window", application.Front().kind == FrontWindow::Kind::plan ? "plan" : "3d"},
             {"selection", std::move(selection)},
             {"shown", application.ShownCount()},
+            {"projection", ProjectionOf(application.Window3D())},
+            {"planes", PlanesOf(application.Window3D())},
             {"palette", {{"visible", registry.IsPaletteVisible()}, {"checked", IsMenuChecked(registry)}}},
             {"threads", hostkit::ThreadRegister::Instance().Running()},
             {"handles", hostkit::LiveHandles()}};

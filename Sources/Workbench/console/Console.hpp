@@ -44,6 +44,10 @@ class Console : public QObject, public ApplicationObserver {
     Json Save(const Json& command);
     Json Select(const Json& command);
     Json Show(const Json& command);
+    Json Window(const Json& command);
+    Json Projection(const Json& command);
+    Json Cut(const Json& command);
+    Json Survey(const Json& command);
     Json Answer(const Json& command);
     Json Menu(const Json& command);
     Json Palette(const Json& command);

@@ -14,10 +14,11 @@
 #include <QStatusBar>
 #include <QTreeView>
 #include <QVBoxLayout>
-#include <algorithm>
 
+#include "Workbench/desktop/CutPanel.hpp"
 #include "Workbench/desktop/ElementModel.hpp"
 #include "Workbench/desktop/ScriptValues.hpp"
+#include "Workbench/desktop/ViewMenu.hpp"
 
 namespace workbench {
 
@@ -26,14 +27,6 @@ namespace {
 const int recentCount = 8;
 const char* const recentKey = "recent";
 
-std::vector<API_Guid> GuidsOf(const std::vector<const Element*>& elements) {
-    std::vector<API_Guid> guids;
-    guids.reserve(elements.size());
-    for (const Element* element : elements)
-        guids.push_back(element->guid);
-    return guids;
-}
-
 }  // namespace
 
 MainWindow::MainWindow(Application& application)
@@ -41,21 +34,20 @@ MainWindow::MainWindow(Application& application)
       say{application.GetSettings().language},
       settings(QString::fromStdString((application.GetSettings().dataFolder / "Workbench.ini").string()),
                QSettings::IniFormat),
-      view(std::make_shared<View3D>()),
-      viewWidget(new ViewWidget(view)),
+      area(new CentralArea(application)),
       elements(new ElementModel(application, this)),
       filtered(new QSortFilterProxyModel(this)),
       elementList(new QTreeView) {
     setWindowTitle("Workbench");
     setContextMenuPolicy(Qt::NoContextMenu);  // Qt's own would hide the palette behind the add-on's back
     setDockNestingEnabled(true);
-    setCentralWidget(viewWidget);
+    setCentralWidget(area);
     MakeElementDock();
+    addDockWidget(Qt::BottomDockWidgetArea, new CutPanel(application));
     MakeMenus();
     MakeStatusBar();
     resize(1440, 900);
 
-    connect(viewWidget, &ViewWidget::elementClicked, this, &MainWindow::ClickElement);
     application.Watch(*this);
 }
 
@@ -109,17 +101,7 @@ void MainWindow::MakeMenus() {
     file->addAction(say("&Quit", "&Beenden"), QKeySequence::Quit, this, &QWidget::close);
     FillRecent();
 
-    QMenu* viewMenu = menuBar()->addMenu(say("&View", "A&nsicht"));
-    viewMenu->addAction(say("&Fit in Window", "Alles &einpassen"), QKeySequence("Ctrl+0"), this,
-                        [this] { viewWidget->Fit(); });
-    viewMenu->addAction(say("&Reset View", "Ansicht &zurücksetzen"), this,
-                        [this] { viewWidget->ResetCamera(); });
-    viewMenu->addSeparator();
-    viewMenu->addAction(say("Show &Selection Only", "Nur &Auswahl zeigen"), this,
-                        [this] { application.ShowOnly(GuidsOf(application.Selection())); });
-    viewMenu->addAction(say("&Hide Selection", "Auswahl aus&blenden"), this,
-                        [this] { application.SetShown(application.Selection(), false); });
-    viewMenu->addAction(say("Show &All", "A&lles zeigen"), this, [this] { application.ShowAll(); });
+    new ViewMenu(menuBar()->addMenu(say("&View", "A&nsicht")), application, *area);
 }
 
 void MainWindow::MakeStatusBar() {
@@ -213,41 +195,20 @@ void MainWindow::ProjectReplaced() {
     FillRecent();
 
     setWindowTitle(QString::fromStdString(application.OpenProject().Name()) + " - Workbench");
-    view->Clear();
-    view->ShowOnly(std::nullopt);
-    view->Select({});
-    viewWidget->Refresh();
-    viewWidget->SetHint(say("Reading the shapes...", "Formen werden gelesen..."));
     elements->Reload();
     elementList->expandAll();
     ShowProgress(say("Shapes", "Formen"), 0);
 }
 
 void MainWindow::ShapesArrived(const MeshBatch& batch) {
-    const bool first = view->Count() == 0;
-    view->Add(batch.elements);
-    if (first) viewWidget->ResetCamera();
-    viewWidget->Refresh();
     const double total = batch.total == 0 ? 1 : static_cast<double>(batch.total);
     ShowProgress(say("Shapes", "Formen"), static_cast<double>(batch.done) / total);
 }
 
 void MainWindow::ProjectReady(const MeshOutcome& outcome) {
-    viewWidget->ResetCamera();
-    viewWidget->SetHint(HintAfter(outcome));
     if (!outcome.detail.empty()) qWarning("mesher: %s", outcome.detail.c_str());
     elements->RefreshTicks();
     ShowSummary();
-}
-
-QString MainWindow::HintAfter(const MeshOutcome& outcome) const {
-    if (const std::string error = view->Error(); !error.empty()) {
-        return say("3D pictures cannot be drawn here: ", "3D-Bilder können hier nicht gezeichnet werden: ") +
-               QString::fromStdString(error);
-    }
-    if (outcome.status == MeshOutcome::Status::Done) return {};
-    return say("The shapes of this model could not be read.",
-               "Die Formen dieses Modells konnten nicht gelesen werden.");
 }
 
 void MainWindow::ShowProgress(const QString& text, double fraction) {
@@ -277,20 +238,6 @@ bool MainWindow::Working(const std::string& what, double fraction) {
     return true;
 }
 
-void MainWindow::ClickElement(quint64 record, Qt::KeyboardModifiers modifiers) {
-    std::vector<API_Guid> chosen;
-    if (modifiers.testFlag(Qt::ShiftModifier)) chosen = GuidsOf(application.Selection());
-    if (const Element* element = application.OpenProject().FindByRecord(record)) {
-        const auto found = std::find(chosen.begin(), chosen.end(), element->guid);
-        if (found == chosen.end()) {
-            chosen.push_back(element->guid);
-        } else {
-            chosen.erase(found);
-        }
-    }
-    application.Select(chosen);
-}
-
 void MainWindow::SelectFromList() {
     if (!listFollows) return;
     std::vector<API_Guid> chosen;
@@ -304,11 +251,6 @@ void MainWindow::SelectFromList() {
 }
 
 void MainWindow::SelectionChanged() {
-    std::unordered_set<std::uint64_t> records;
-    for (const Element* element : application.Selection())
-        records.insert(element->record);
-    view->Select(std::move(records));
-    viewWidget->Refresh();
     ShowSummary();
     if (!listFollows) return;
 
@@ -325,12 +267,6 @@ void MainWindow::SelectionChanged() {
 }
 
 void MainWindow::VisibilityChanged() {
-    std::unordered_set<std::uint64_t> shown;
-    for (const Element& element : application.OpenProject().Elements()) {
-        if (application.IsShown(element)) shown.insert(element.record);
-    }
-    view->ShowOnly(std::move(shown));
-    viewWidget->Refresh();
     elements->RefreshTicks();
     ShowSummary();
 }

@@ -3,10 +3,9 @@
 #include <QElapsedTimer>
 #include <QMainWindow>
 #include <QSettings>
-#include <memory>
 
 #include "Workbench/api/Application.hpp"
-#include "Workbench/view/ViewWidget.hpp"
+#include "Workbench/desktop/CentralArea.hpp"
 
 class QLabel;
 class QLineEdit;
@@ -18,7 +17,8 @@ namespace workbench {
 
 class ElementModel;
 
-/// The Workbench's window: the 3D view, the element list, the menu bar; the add-on's palette docks to it.
+/// The Workbench's window: the windows onto the model, the element list, the menu bar; the add-on's palette
+/// docks to it.
 class MainWindow : public QMainWindow, public ApplicationObserver {
     Q_OBJECT
 
@@ -26,9 +26,7 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     explicit MainWindow(Application& application);
     ~MainWindow() override;
 
-    View3D& View() { return *view; }
-    const Camera& CurrentCamera() const { return viewWidget->CurrentCamera(); }
-    QSize ViewSize() const { return viewWidget->size(); }
+    CentralArea& Area() { return *area; }
 
     /// Adds the menus of the loaded add-on.
     void AddAddOnMenus();
@@ -48,17 +46,14 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     void FillRecent();
     void OpenByDialog();
     void SaveByDialog();
-    void ClickElement(quint64 record, Qt::KeyboardModifiers modifiers);
     void SelectFromList();
-    QString HintAfter(const MeshOutcome& outcome) const;
     void ShowProgress(const QString& text, double fraction);
     void ShowSummary();
 
     Application& application;
     Say say;
     QSettings settings;
-    std::shared_ptr<View3D> view;
-    ViewWidget* viewWidget;
+    CentralArea* area;
     ElementModel* elements;
     QSortFilterProxyModel* filtered;
     QTreeView* elementList;

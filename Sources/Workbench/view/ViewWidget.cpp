@@ -126,6 +126,7 @@ void ViewWidget::paintEvent(QPaintEvent*) {
 }
 
 void ViewWidget::resizeEvent(QResizeEvent*) {
+    emit resized(PixelSize());
     Refresh();
 }
 

@@ -42,6 +42,8 @@ class ViewWidget : public QWidget {
     void elementClicked(quint64 record, Qt::KeyboardModifiers modifiers);
     // The person has moved the camera.
     void cameraMoved();
+    // The widget has another size, in pixels of the screen.
+    void resized(QSize pixels);
 
   protected:
     void paintEvent(QPaintEvent* event) override;

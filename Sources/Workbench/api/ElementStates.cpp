@@ -1,0 +1,87 @@
+#include "Workbench/api/ElementStates.hpp"
+
+#include <algorithm>
+
+namespace workbench {
+
+void ElementStates::Reset(const Project& of) {
+    project = &of;
+    const std::size_t count = of.Elements().size();
+    selection.clear();
+    selected.assign(count, false);
+    hidden.assign(count, false);
+    hiddenCount = 0;
+    shapes.assign(count, nullptr);
+    shapesKnown = false;
+}
+
+void ElementStates::Select(std::span<const Element* const> elements) {
+    for (const Element* element : elements) {
+        if (selected[IndexOf(*element)]) continue;
+        selected[IndexOf(*element)] = true;
+        selection.push_back(element);
+    }
+}
+
+void ElementStates::Deselect(std::span<const Element* const> elements) {
+    for (const Element* element : elements)
+        selected[IndexOf(*element)] = false;
+    std::erase_if(selection, [this](const Element* element) { return !selected[IndexOf(*element)]; });
+}
+
+void ElementStates::DeselectAll() {
+    selected.assign(selected.size(), false);
+    selection.clear();
+}
+
+void ElementStates::ShowAll() {
+    hidden.assign(hidden.size(), false);
+    hiddenCount = 0;
+}
+
+void ElementStates::ShowOnly(std::span<const Element* const> elements) {
+    hidden.assign(hidden.size(), true);
+    hiddenCount = hidden.size();
+    SetShown(elements, true);
+}
+
+void ElementStates::SetShown(std::span<const Element* const> elements, bool isShown) {
+    for (const Element* element : elements) {
+        const std::size_t index = IndexOf(*element);
+        if (hidden[index] != isShown) continue;
+        hidden[index] = !isShown;
+        hiddenCount = isShown ? hiddenCount - 1 : hiddenCount + 1;
+    }
+}
+
+bool ElementStates::IsShown(const Element& element) const {
+    const std::size_t index = IndexOf(element);
+    return !hidden[index] && (!shapesKnown || shapes[index] != nullptr);
+}
+
+std::size_t ElementStates::ShownCount() const {
+    const auto& elements = project->Elements();
+    return static_cast<std::size_t>(std::count_if(
+        elements.begin(), elements.end(), [this](const Element& element) { return IsShown(element); }));
+}
+
+void ElementStates::AddShape(const ElementMeshPtr& shape) {
+    if (const Element* element = project->FindByRecord(shape->record)) shapes[IndexOf(*element)] = shape;
+}
+
+std::optional<std::unordered_set<std::uint64_t>> ElementStates::ShownRecords() const {
+    if (hiddenCount == 0) return std::nullopt;
+    std::unordered_set<std::uint64_t> records;
+    for (const Element& element : project->Elements())
+        if (IsShown(element)) records.insert(element.record);
+    return records;
+}
+
+std::unordered_set<std::uint64_t> ElementStates::SelectedRecords() const {
+    std::unordered_set<std::uint64_t> records;
+    for (const Element* element : selection)
+        if (!shapesKnown || ShapeOf(*element) != nullptr) records.insert(element->record);
+    return records;
+}
+
+}  // namespace workbench
