@@ -65,9 +65,9 @@ double PeakMegabytes() {
 }
 
 /// Keeps the compiler from leaving out what is measured.
-void Expect(bool right) {
+void Expect(bool right, int line = __builtin_LINE()) {
     if (right) return;
-    std::fprintf(stderr, "A measured step went wrong.\n");
+    std::fprintf(stderr, "A measured step went wrong, line %d.\n", line);
     std::exit(1);
 }
 
@@ -104,6 +104,7 @@ void Measure(std::size_t count) {
     workbench::Settings settings;
     settings.dataFolder = folder / "data";
     settings.resourcesFolder = fs::path(KESTRANE_SHARE) / "resources";
+    settings.mesher.node = "false";  // no shapes
     workbench::MainQueue queue;
     hostkit::dg::RecordingDriver driver;
     workbench::Application application(settings, queue, driver);

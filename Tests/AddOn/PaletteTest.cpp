@@ -190,9 +190,11 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
     for (const auto& item : driver.PageObject()->GetItemTable())
         names.push_back(ToText(*item.key));
     EXPECT_EQ(ToText(driver.PageObject()->GetName()), "KESTAPI");
-    EXPECT_THAT(names, ElementsAre("GetResourceFolder", "AlertAPI", "AddComponent", "RegisterIfcFileName",
-                                   "RequestFileName", "GetIfcFile", "GetApplicationInfo", "ExportIFCModel",
-                                   "GetIfcDocuments"));
+    EXPECT_THAT(names,
+                ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement", "GetElementNames",
+                            "AlertAPI", "SelectViewpoint", "GetSelectedElements", "AddComponent",
+                            "AddViewpoint", "RegisterIfcFileName", "RequestFileName", "GetIfcFile",
+                            "GetApplicationInfo", "ExportIFCModel", "GetIfcDocuments", "ExportSnapshot"));
 }
 
 TEST_F(AddOnTest, AlertShowsThePagesText) {

@@ -18,14 +18,21 @@ test("the page sees the functions in their order as soon as its scripts run, als
     const functions = "Object.keys(KESTAPI)";
     const expected = [
         "GetResourceFolder",
+        "HighlightElements",
+        "ZoomToElement",
+        "GetElementNames",
         "AlertAPI",
+        "SelectViewpoint",
+        "GetSelectedElements",
         "AddComponent",
+        "AddViewpoint",
         "RegisterIfcFileName",
         "RequestFileName",
         "GetIfcFile",
         "GetApplicationInfo",
         "ExportIFCModel",
         "GetIfcDocuments",
+        "ExportSnapshot",
     ];
     assert.deepEqual(await workbench.eval(functions), expected);
     await workbench.eval("setTimeout(() => location.reload(), 0)");

@@ -66,6 +66,7 @@ void Automation::WaitForPage(const std::string& condition, std::chrono::millisec
 void Automation::SavePicture(const std::string& of, const std::filesystem::path& file) {
     QImage picture;
     if (of == "window") {
+        window.Area().Settle();
         picture = window.grab().toImage();
     } else if (of == "palette" && driver.Dock() != nullptr) {
         picture = driver.Dock()->grab().toImage();

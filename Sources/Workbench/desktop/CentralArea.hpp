@@ -23,6 +23,8 @@ class CentralArea : public QWidget, public ApplicationObserver {
 
     /// Everything that the window in front has to show fills it.
     void Fit();
+    /// Waits for the 3D picture that a person would see at rest.
+    void Settle() { view->Settle(); }
     /// What the floor plan shows.
     QImage PlanPicture();
 

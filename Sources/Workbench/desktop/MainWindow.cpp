@@ -41,6 +41,8 @@ MainWindow::MainWindow(Application& application)
     setWindowTitle("Workbench");
     setContextMenuPolicy(Qt::NoContextMenu);  // Qt's own would hide the palette behind the add-on's back
     setDockNestingEnabled(true);
+    setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     setCentralWidget(area);
     MakeElementDock();
     addDockWidget(Qt::BottomDockWidgetArea, new CutPanel(application));

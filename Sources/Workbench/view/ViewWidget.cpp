@@ -79,6 +79,11 @@ void ViewWidget::Refresh() {
     rest.start();
 }
 
+void ViewWidget::Settle() {
+    frame = view->Render(camera, PixelSize());
+    update();
+}
+
 void ViewWidget::Move(const Camera& newCamera) {
     SetCamera(newCamera);
     emit cameraMoved();

@@ -34,6 +34,8 @@ class ViewWidget : public QWidget {
 
     // To be called after the view's content has changed.
     void Refresh();
+    // Waits for the picture that a person would see at rest.
+    void Settle();
 
     QSize sizeHint() const override { return {960, 640}; }
 
