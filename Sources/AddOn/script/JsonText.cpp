@@ -3,11 +3,15 @@
 #include "ValueToString.hpp"
 
 GS::UniString WrapString(const GS::UniString& text, const GS::UniString& left, const GS::UniString& right) {
-    return left + text + right;
+    GS::UniString wrapped = left;
+    wrapped += text;
+    wrapped += right;
+    return wrapped;
 }
 
 GS::UniString GetJSONElementString(const GS::UniString& name, const GS::UniString& value, bool raw) {
-    return WrapString(name, "\"", "\"") + ":" + (raw ? value : WrapString(value, "\"", "\""));
+    const GS::UniString quote = raw ? "" : "\"";
+    return WrapString(value, WrapString(name, "\"", "\":") + quote, quote);
 }
 
 GS::UniString JoinStrings(const GS::Array<GS::UniString>& items, const GS::UniString& separator) {

@@ -100,7 +100,8 @@ GSErrCode ACAPI_IFC_IFCGuidToAPIGuid(const GS::UniString& ifcGuid, API_Guid& api
 
 GSErrCode ACAPI_IFC_APIGuidToIFCGuid(const API_Guid& apiGuid, GS::UniString& ifcGuid) {
     return HostCall("ACAPI_IFC_APIGuidToIFCGuid", [&](Session&) {
-        ifcGuid = hostkit::ToUniString(hostkit::ToIfcGuid(apiGuid));
+        const auto text = hostkit::IfcGuidCharacters(apiGuid);
+        ifcGuid = GS::UniString(text.data(), static_cast<USize>(text.size()));
         return NoError;
     });
 }

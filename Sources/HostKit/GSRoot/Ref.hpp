@@ -22,6 +22,9 @@ class Ref {
     template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
     Ref(const Ref<U>& other) : object(other.object) {}
 
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    Ref(Ref<U>&& other) : object(std::move(other.object)) {}
+
     T* operator->() const { return &**this; }
 
     T& operator*() const {

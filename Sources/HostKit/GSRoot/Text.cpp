@@ -1,5 +1,6 @@
 #include "HostKit/GSRoot/Text.hpp"
 
+#include <algorithm>
 #include <limits>
 
 #include "GSException.hpp"
@@ -64,9 +65,11 @@ bool IsLowSurrogate(char16_t unit) {
 }  // namespace
 
 std::u16string Utf16(std::string_view utf8) {
-    std::u16string result;
+    // Most texts are ASCII, where bytes are units.
+    const auto ascii = std::find_if(utf8.begin(), utf8.end(), [](char c) { return (c & 0x80) != 0; });
+    std::u16string result(utf8.begin(), ascii);
     result.reserve(utf8.size());
-    for (std::size_t i = 0; i < utf8.size();) {
+    for (std::size_t i = result.size(); i < utf8.size();) {
         const Decoded decoded = Decode(utf8.substr(i, 4));
         i += decoded.length;
         if (decoded.character < 0x10000) {
@@ -81,9 +84,10 @@ std::u16string Utf16(std::string_view utf8) {
 }
 
 std::string Utf8(std::u16string_view utf16) {
-    std::string result;
+    const auto ascii = std::find_if(utf16.begin(), utf16.end(), [](char16_t unit) { return unit >= 0x80; });
+    std::string result(utf16.begin(), ascii);
     result.reserve(utf16.size());
-    for (std::size_t i = 0; i < utf16.size(); ++i) {
+    for (std::size_t i = result.size(); i < utf16.size(); ++i) {
         const char16_t unit = utf16[i];
         if (IsHighSurrogate(unit) && i + 1 < utf16.size() && IsLowSurrogate(utf16[i + 1])) {
             ++i;

@@ -47,6 +47,9 @@ uchar_t UniString::operator[](UIndex index) const {
 }
 
 UniString& UniString::Append(const UniString& other) {
+    // Room for a little more, because a long text is often closed by a bracket or a quote.
+    const std::size_t needed = units.size() + other.units.size();
+    if (needed > units.capacity()) units.reserve(std::max(2 * units.capacity(), needed + needed / 16));
     units += other.units;
     return *this;
 }

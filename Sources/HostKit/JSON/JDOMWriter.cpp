@@ -14,7 +14,9 @@ namespace {
 class Writer {
   public:
     Writer(bool formatted, int digits)
-        : formatted(formatted), digits(std::clamp(digits, 1, std::numeric_limits<double>::max_digits10)) {}
+        : formatted(formatted), digits(std::clamp(digits, 1, std::numeric_limits<double>::max_digits10)) {
+        text.reserve(96);  // most are small
+    }
 
     void Write(const Value& value) {
         switch (value.GetType()) {

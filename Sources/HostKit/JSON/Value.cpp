@@ -48,6 +48,7 @@ void ObjectValue::AddValue(const GS::UniString& name, const ValueRef& value) {
     if (const Member* member = Find(name)) {
         members[static_cast<std::size_t>(member - members.data())].second = value;
     } else {
+        if (members.empty()) members.reserve(4);
         members.emplace_back(name, value);
     }
 }

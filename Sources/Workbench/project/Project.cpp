@@ -162,18 +162,26 @@ void Project::ReadElements() {
         element.idText = tag.empty() || LooksLikeGuid(tag) ? element.name : tag;
         if (const auto storey = structure.StoreyOf(record.id)) element.storey = storeyPlaces[*storey];
 
-        byGuid.emplace(element.guid, elements.size());
         byRecord.emplace(record.id, elements.size());
         if (element.externalIfcId != APINULLGuid) {
             byExternalIfcId.emplace(element.externalIfcId, elements.size());
         }
         elements.push_back(std::move(element));
     }
+    byGuid = GuidIndex(elements.size(), [this](size_t place) { return elements[place].guid; });
 }
 
 const Element* Project::FindByGuid(const API_Guid& guid) const {
-    const auto found = byGuid.find(guid);
-    return found == byGuid.end() ? nullptr : &elements[found->second];
+    const size_t last = lastFound.load(std::memory_order_relaxed);
+    for (const size_t place : {last, last + 1}) {
+        if (place >= elements.size() || elements[place].guid != guid) continue;
+        lastFound.store(place, std::memory_order_relaxed);
+        return &elements[place];
+    }
+    const size_t place = byGuid.Find(guid, [this](size_t at) { return elements[at].guid; });
+    if (place == GuidIndex::none) return nullptr;
+    lastFound.store(place, std::memory_order_relaxed);
+    return &elements[place];
 }
 
 const Element* Project::FindByRecord(uint64_t record) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -9,6 +10,7 @@
 
 #include "API_Guid.hpp"
 #include "Workbench/project/GlobalId.hpp"
+#include "Workbench/project/GuidIndex.hpp"
 #include "Workbench/project/Structure.hpp"
 #include "Workbench/step/Document.hpp"
 
@@ -84,7 +86,8 @@ class Project {
     bool hostAuthored = false;
     std::vector<Storey> storeys;
     std::vector<Element> elements;
-    std::unordered_map<API_Guid, size_t, GuidHash> byGuid;
+    GuidIndex byGuid;
+    mutable std::atomic<size_t> lastFound = 0;  // by GUID: who asks for one often asks for the next one then
     std::unordered_multimap<API_Guid, size_t, GuidHash> byExternalIfcId;
     std::unordered_map<uint64_t, size_t> byRecord;
 
