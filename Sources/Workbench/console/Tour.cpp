@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "HostKit/API/Registry.hpp"
+#include "Workbench/console/ViewpointTour.hpp"
 
 namespace workbench {
 
@@ -61,7 +62,7 @@ bool Tour::Run(const std::filesystem::path& model) {
            Step("Open the palette", [&] { return OpenPalette(); }) &&
            Step("Sign in", [&] { return SignIn(); }) &&
            Step("Upload the model", [&] { return UploadModel(); }) &&
-           Step("Compare what is stored", [&] { return CompareStored(); }) &&
+           Step("Compare what is stored", [&] { return CompareStored(); }) && ReturnToViewpoints() &&
            Step("Take pictures", [&] { return TakePictures(); });
 }
 
@@ -137,7 +138,24 @@ std::string Tour::CompareStored() {
     return "byte for byte the export, SHA-256 " + sent.substr(0, 16) + "...";
 }
 
+bool Tour::ReturnToViewpoints() {
+    ViewpointTour viewpoints(application, automation, folder);
+    std::vector<ViewpointTour::View> views;
+    bool succeeded = Step("Open a topic", [&] {
+        views = viewpoints.Views();
+        return viewpoints.OpenTopic();
+    });
+    for (const ViewpointTour::View& view : views)
+        succeeded =
+            succeeded && Step("Viewpoint: " + view.name, [&] { return viewpoints.TakeAndRestore(view); });
+    return succeeded && Step("Compare viewpoints", [&] { return viewpoints.SavePictures(); });
+}
+
 std::string Tour::TakePictures() {
+    application.ShowAll();
+    application.Select({});
+    application.ChangeView([this](ModelWindow& window) { window.Reset(application.ShownBox()); });
+
     for (const char* of : {"window", "palette", "3d"})
         automation.SavePicture(of, folder / (std::string(of) + ".png"));
     return folder.string();

@@ -25,6 +25,7 @@ class Tour {
     std::string SignIn();
     std::string UploadModel();
     std::string CompareStored();
+    bool ReturnToViewpoints();
     std::string TakePictures();
 
     Application& application;
