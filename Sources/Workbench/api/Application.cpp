@@ -79,6 +79,7 @@ bool Application::Open(const std::filesystem::path& file) {
         return false;
     }
 
+    const bool hadSelection = !Selection().empty();
     project = std::move(opened.project);
     generation = std::make_shared<int>();
     states.Reset(*project);
@@ -91,6 +92,7 @@ bool Application::Open(const std::filesystem::path& file) {
     UpdateView();
     shaping = true;
     Tell([](ApplicationObserver& observer) { observer.ProjectReplaced(); });
+    if (hadSelection) Changed(selectionChange, Who::person);
     Shape();
 
     const auto& problems = project->Document().Problems();
@@ -133,8 +135,10 @@ void Application::Shape() {
 void Application::FinishShaping(const MeshOutcome& outcome) {
     shaping = false;
     if (outcome.status == MeshOutcome::Status::Done) states.ShapesAreKnown();
+    viewOutdated |= visibilityChange;  // hiding what has no shape hides nothing
     window3D.Reset(ShownBox());
     Tell([&](ApplicationObserver& observer) { observer.ProjectReady(outcome); });
+    Changed(viewChange, Who::person);
     session.GetRegistry().NotifyProjectEvent(APINotify_Open);
 }
 

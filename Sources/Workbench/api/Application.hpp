@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "HostKit/API/Session.hpp"
@@ -108,12 +109,19 @@ class Application {
     void ChangeView(const std::function<void(ModelWindow&)>& change, Who who = Who::person);
     /// The camera is turned to these elements; false when none of them has a shape.
     bool ZoomTo(std::span<const API_Guid> elements, Who who = Who::person);
-    /// The box around what the 3D window shows, metres; empty without shapes.
-    Box3 ShownBox() const;
+    /// The box around what the 3D window shows, metres; empty without shapes. Terrain belongs to it: it is
+    /// no element, and is shown together with all elements.
+    Box3 ShownBox();
     /// The 3D picture, for the widget that shows it. It is up to date after observers have been told.
     const std::shared_ptr<View3D>& View() const { return view; }
     /// What the 3D window shows, drawn in its size; null when drawing is impossible.
     QImage Picture3D(bool highlightSelection = true);
+    /// What the floor plan shows.
+    QImage PicturePlan(bool highlightSelection = true);
+    /// Who shows the floor plan draws it, too. Without anybody it is the whole storey, in the 3D window's
+    /// size.
+    using DrawsPlan = std::function<QImage(bool highlightSelection)>;
+    void SetDrawsPlan(DrawsPlan function) { drawsPlan = std::move(function); }
 
     const FrontWindow& Front() const { return front; }
     /// False when there is no such storey.
@@ -156,6 +164,7 @@ class Application {
     FrontWindow front;
     API_Tranmat survey;
     std::shared_ptr<View3D> view;
+    DrawsPlan drawsPlan;
     unsigned changed = 0;       // what is still to be told: bits of Change
     unsigned viewOutdated = 0;  // and what the 3D picture does not know yet
     bool shaping = false;

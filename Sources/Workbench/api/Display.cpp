@@ -2,8 +2,11 @@
 
 #include "HostKit/API/Registry.hpp"
 #include "Workbench/api/Application.hpp"
+#include "Workbench/api/PlanPicture.hpp"
 
 namespace workbench {
+
+using Records = std::unordered_set<std::uint64_t>;
 
 std::vector<const Element*> Application::Find(std::span<const API_Guid> guids) const {
     std::vector<const Element*> elements;
@@ -100,12 +103,9 @@ bool Application::ZoomTo(std::span<const API_Guid> elements, Who who) {
     return true;
 }
 
-Box3 Application::ShownBox() const {
-    Box3 box;
-    for (const Element& element : project->Elements())
-        if (const auto& shape = states.ShapeOf(element); shape && states.IsShown(element))
-            box.Add(shape->bounds);
-    return box;
+Box3 Application::ShownBox() {
+    UpdateView();
+    return view->Bounds();
 }
 
 QImage Application::Picture3D(bool highlightSelection) {
@@ -115,6 +115,14 @@ QImage Application::Picture3D(bool highlightSelection) {
     QImage picture = view->Render(window3D.CurrentCamera(), window3D.Size());
     view->Select(states.SelectedRecords());
     return picture;
+}
+
+QImage Application::PicturePlan(bool highlightSelection) {
+    if (drawsPlan) return drawsPlan(highlightSelection);
+    PlanDrawing drawing;
+    if (front.storey < project->Storeys().size())
+        drawing = DrawPlan(ShapesOn(front.storey), project->Storeys()[front.storey].elevation);
+    return PictureOf(drawing, window3D.Size(), highlightSelection ? states.SelectedRecords() : Records());
 }
 
 bool Application::BringToFront(const FrontWindow& window, Who who) {

@@ -69,9 +69,17 @@ void ElementStates::AddShape(const ElementMeshPtr& shape) {
     if (const Element* element = project->FindByRecord(shape->record)) shapes[IndexOf(*element)] = shape;
 }
 
+bool ElementStates::HidesAShape() const {
+    if (!shapesKnown || hiddenCount == 0) return hiddenCount > 0;
+    for (std::size_t index = 0; index < hidden.size(); ++index)
+        if (hidden[index] && shapes[index] != nullptr) return true;
+    return false;
+}
+
 std::optional<std::unordered_set<std::uint64_t>> ElementStates::ShownRecords() const {
-    if (hiddenCount == 0) return std::nullopt;
+    if (!HidesAShape()) return std::nullopt;
     std::unordered_set<std::uint64_t> records;
+    records.reserve(hidden.size() - hiddenCount);
     for (const Element& element : project->Elements())
         if (IsShown(element)) records.insert(element.record);
     return records;
@@ -79,6 +87,7 @@ std::optional<std::unordered_set<std::uint64_t>> ElementStates::ShownRecords() c
 
 std::unordered_set<std::uint64_t> ElementStates::SelectedRecords() const {
     std::unordered_set<std::uint64_t> records;
+    records.reserve(selection.size());
     for (const Element* element : selection)
         if (!shapesKnown || ShapeOf(*element) != nullptr) records.insert(element->record);
     return records;

@@ -37,11 +37,13 @@ class ElementStates {
     /// Null while or when there is none.
     const ElementMeshPtr& ShapeOf(const Element& element) const { return shapes[IndexOf(element)]; }
 
-    /// For the 3D picture: the records that are shown (no value: all), and those that are selected.
+    /// For the 3D picture: the records that are shown, and those that are selected. No value means all, with
+    /// what is drawn although it is no element; to hide an element that has no shape changes nothing.
     std::optional<std::unordered_set<std::uint64_t>> ShownRecords() const;
     std::unordered_set<std::uint64_t> SelectedRecords() const;
 
   private:
+    bool HidesAShape() const;
     std::size_t IndexOf(const Element& element) const {
         return static_cast<std::size_t>(&element - project->Elements().data());
     }

@@ -189,6 +189,9 @@ GSErrCode ModelWindow::CuttingPlanes(API_3DCutPlanesInfo& info) const {
 
 GSErrCode ModelWindow::ChangeCuttingPlanes(const API_3DCutPlanesInfo& info) {
     if (info.nShapes < 0 || (info.nShapes > 0 && info.shapes == nullptr)) return APIERR_BADPARS;
+    const auto bytes = static_cast<GSSize>(info.nShapes * sizeof(API_3DCutShapeType));
+    if (info.nShapes > 0 && BMGetHandleSize(reinterpret_cast<GSHandle>(info.shapes)) < bytes)
+        return APIERR_BADPARS;
     cutting = info.isCutPlanes;
     cutSettings = info;
     cutSettings.shapes = nullptr;  // the caller's

@@ -71,6 +71,7 @@ GSErrCode WorkbenchHost::ZoomToFit() {
 GSErrCode WorkbenchHost::ZoomToElements(const GS::Array<API_Guid>& elements) {
     if (elements.IsEmpty()) return NoError;
     const std::vector<API_Guid> guids(elements.begin(), elements.end());
+    if (!KnowsAny(guids)) return APIERR_BADID;
     if (!application.ZoomTo(guids, Who::addOn)) return APIERR_GENERAL;
     application.BringToFront({}, Who::addOn);
     return NoError;

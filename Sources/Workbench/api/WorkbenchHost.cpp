@@ -104,8 +104,9 @@ GSErrCode WorkbenchHost::SaveAsIfc(const std::filesystem::path& file, const API_
 
 GSErrCode WorkbenchHost::SaveAsPicture(const std::filesystem::path& file, const char* format,
                                        const API_SavePars_Picture& pars) {
-    if (application.Front().kind != FrontWindow::Kind::model) return APIERR_BADWINDOW;
-    const QImage picture = application.Picture3D(pars.keepSelectionHighlight);
+    const QImage picture = application.Front().kind == FrontWindow::Kind::plan
+                               ? application.PicturePlan(pars.keepSelectionHighlight)
+                               : application.Picture3D(pars.keepSelectionHighlight);
     QSaveFile out(QString::fromStdString(file.string()));
     const bool saved =
         !picture.isNull() && out.open(QIODevice::WriteOnly) && picture.save(&out, format) && out.commit();
@@ -187,11 +188,18 @@ GSErrCode WorkbenchHost::ElementsByIfcIdentifier(const API_Guid* own, const API_
     return NoError;
 }
 
+bool WorkbenchHost::KnowsAny(const std::vector<API_Guid>& elements) const {
+    const Project& project = application.OpenProject();
+    return std::any_of(elements.begin(), elements.end(),
+                       [&](const API_Guid& guid) { return project.FindByGuid(guid) != nullptr; });
+}
+
 GSErrCode WorkbenchHost::Select(const GS::Array<API_Neig>& elements, bool add) {
     std::vector<API_Guid> guids;
     guids.reserve(elements.GetSize());
     for (const API_Neig& neig : elements)
         guids.push_back(neig.guid);
+    if (!guids.empty() && !KnowsAny(guids)) return APIERR_BADID;
     if (add) {
         application.AddToSelection(guids, Who::addOn);
     } else {

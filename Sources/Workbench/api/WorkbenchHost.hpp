@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 #include "HostKit/API/Host.hpp"
 
@@ -53,6 +54,7 @@ class WorkbenchHost : public hostkit::Host {
     void MenuItemFlagsChanged(short menuStrings, Int32 item, GSFlags flags) override;
 
   private:
+    bool KnowsAny(const std::vector<API_Guid>& elements) const;
     GSErrCode SaveAsIfc(const std::filesystem::path& file, const API_SavePars_Ifc& pars);
     GSErrCode SaveAsPicture(const std::filesystem::path& file, const char* format,
                             const API_SavePars_Picture& pars);

@@ -66,6 +66,7 @@ void Automation::WaitForPage(const std::string& condition, std::chrono::millisec
 void Automation::SavePicture(const std::string& of, const std::filesystem::path& file) {
     QImage picture;
     if (of == "window") {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);  // what was just shown or hidden
         window.Area().Settle();
         picture = window.grab().toImage();
     } else if (of == "palette" && driver.Dock() != nullptr) {
@@ -73,7 +74,7 @@ void Automation::SavePicture(const std::string& of, const std::filesystem::path&
     } else if (of == "3d") {
         picture = application.Picture3D();
     } else if (of == "plan") {
-        picture = window.Area().PlanPicture();
+        picture = application.PicturePlan();
     } else {
         throw AutomationError("there is no picture of \"" + of + "\"");
     }

@@ -64,6 +64,13 @@ nlohmann::ordered_json PlanesOf(const ModelWindow& window) {
     return planes;
 }
 
+// The library's own words without its error code in brackets: "key 'file' not found".
+std::string WordsOf(const nlohmann::ordered_json::exception& exception) {
+    const std::string text = exception.what();
+    const std::size_t end = text.find("] ");
+    return end == std::string::npos ? text : text.substr(end + 2);
+}
+
 void ThrowOnError(GSErrCode error, const std::string& what) {
     if (error != NoError) throw AutomationError(what + " failed with code " + std::to_string(error));
 }
@@ -140,17 +147,27 @@ Console::Json Console::Do(const std::string& line) {
         {"quit", &Console::Quit}};
     try {
         const Json command = Json::parse(line);
+        if (!command.is_object() || !command.contains("do"))
+            throw AutomationError("a command is an object with \"do\", as {\"do\":\"state\"}");
         const auto found = commands.find(command.at("do").get<std::string>());
-        if (found == commands.end()) throw AutomationError("there is no such command");
+        if (found == commands.end()) {
+            std::string names;
+            for (const auto& [name, function] : commands)
+                names += (names.empty() ? "" : ", ") + name;
+            throw AutomationError("there is no command " + command.at("do").dump() + "; there are " + names);
+        }
         Json answer{{"ok", true}};
         answer.update((this->*found->second)(command));
         return answer;
+    } catch (const Json::exception& exception) {
+        return {{"ok", false}, {"error", WordsOf(exception)}};
     } catch (const std::exception& exception) {
         return {{"ok", false}, {"error", exception.what()}};
     }
 }
 
 std::vector<API_Guid> Console::ElementsOf(const Json& ifcGuids) const {
+    if (!ifcGuids.is_array()) throw AutomationError("\"ifcGuids\" is a list");
     const Project& project = application.OpenProject();
     std::map<std::string, API_Guid> known;
     for (const Element& element : project.Elements())
@@ -216,12 +233,18 @@ Console::Json Console::Projection(const Json& command) {
     GSErrCode error = NoError;
     application.ChangeView(
         [&](ModelWindow& window) { error = window.ChangeProjection(info, application.ShownBox()); });
-    ThrowOnError(error, "setting this projection");
+    if (error != NoError) {
+        throw AutomationError(info.isPersp ? "this camera shows nothing: camera and target must differ, and "
+                                             "viewCone lie between 0 and 180"
+                                           : "this matrix shows nothing: its first two rows, to the right "
+                                             "and upwards, must differ in direction");
+    }
     return Json::object();
 }
 
 Console::Json Console::Cut(const Json& command) {
     std::vector<Plane> planes;
+    if (!command.at("planes").is_array()) throw AutomationError("\"planes\" is a list of [a,b,c,d]");
     for (const Json& plane : command.at("planes")) {
         const auto numbers = plane.get<std::array<double, 4>>();
         planes.push_back({{numbers[0], numbers[1], numbers[2]}, numbers[3]});

@@ -55,12 +55,14 @@ CentralArea::CentralArea(Application& application)
     connect(view, &ViewWidget::resized, this, [this](QSize pixels) {
         this->application.ChangeView([pixels](ModelWindow& window) { window.SetSize(pixels); });
     });
+    application.SetDrawsPlan([this](bool highlightSelection) { return PlanPicture(highlightSelection); });
     application.Watch(*this);
     WindowChanged();
 }
 
 CentralArea::~CentralArea() {
     application.Unwatch(*this);
+    application.SetDrawsPlan({});
 }
 
 void CentralArea::Fit() {
@@ -71,11 +73,15 @@ void CentralArea::Fit() {
     }
 }
 
-QImage CentralArea::PlanPicture() {
+QImage CentralArea::PlanPicture(bool highlightSelection) {
     // A widget behind another has not been given its size yet.
     plan->resize(stack->size());
     if (application.Front().kind != FrontWindow::Kind::plan) DrawPlan();
-    return plan->grab().toImage();
+    plan->SetSelected(highlightSelection ? application.States().SelectedRecords()
+                                         : std::unordered_set<std::uint64_t>());
+    QImage picture = plan->grab().toImage();
+    if (!highlightSelection) plan->SetSelected(application.States().SelectedRecords());
+    return picture;
 }
 
 void CentralArea::ProjectReplaced() {
@@ -98,7 +104,6 @@ void CentralArea::ShapesArrived(const MeshBatch&) {
 
 void CentralArea::ProjectReady(const MeshOutcome& outcome) {
     view->SetHint(HintAfter(outcome));
-    ViewChanged();
     WindowChanged();
 }
 

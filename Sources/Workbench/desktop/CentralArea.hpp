@@ -25,9 +25,6 @@ class CentralArea : public QWidget, public ApplicationObserver {
     void Fit();
     /// Waits for the 3D picture that a person would see at rest.
     void Settle() { view->Settle(); }
-    /// What the floor plan shows.
-    QImage PlanPicture();
-
     void ProjectReplaced() override;
     void ShapesArrived(const MeshBatch& batch) override;
     void ProjectReady(const MeshOutcome& outcome) override;
@@ -40,6 +37,7 @@ class CentralArea : public QWidget, public ApplicationObserver {
     void ClickElement(quint64 record, Qt::KeyboardModifiers modifiers);
     void BringToFront();
     void DrawPlan();
+    QImage PlanPicture(bool highlightSelection);
     QString HintAfter(const MeshOutcome& outcome) const;
 
     Application& application;

@@ -77,6 +77,7 @@ CutPanel::CutPanel(Application& application)
         row.on = new QCheckBox(axisNames.at(axis));
         row.slider = new QSlider(Qt::Horizontal);
         row.slider->setRange(0, steps);
+        row.slider->setValue(steps / 2);
         row.slider->setAccessibleName(axisNames.at(axis));
         row.position = new QLabel;
         row.position->setMinimumWidth(row.position->fontMetrics().horizontalAdvance("-0,000,000.00 m"));
@@ -135,7 +136,7 @@ void CutPanel::ViewChanged() {
             row.slider->setValue(static_cast<int>(std::lround((cut.position - low) / (high - low) * steps)));
     }
     oblique = std::move(cuts.oblique);
-    obliqueCount->setText(QString(say("%1 other planes", "%1 weitere Ebenen")).arg(oblique.size()));
+    obliqueCount->setText(QString(say("Other planes: %1", "Weitere Ebenen: %1")).arg(oblique.size()));
     obliqueCount->setVisible(!oblique.empty());
     removeOblique->setVisible(!oblique.empty());
     following = wasFollowing;
