@@ -90,7 +90,6 @@ void CentralArea::ProjectReplaced() {
     for (const Storey& storey : application.OpenProject().Storeys())
         storeys->addItem(QString::fromStdString(storey.name));
     following = wasFollowing;
-    tabs->setTabEnabled(planTab, storeys->count() > 0);
     plan->SetDrawing({});
     view->SetHint(say("Reading the shapes...", "Formen werden gelesen..."));
     SelectionChanged();
@@ -135,6 +134,7 @@ void CentralArea::WindowChanged() {
     const bool isPlan = front.kind == FrontWindow::Kind::plan;
     const bool wasFollowing = std::exchange(following, true);
     tabs->setCurrentIndex(isPlan ? planTab : modelTab);
+    tabs->setTabEnabled(planTab, storeys->count() > 0);
     storeys->setCurrentIndex(static_cast<int>(front.storey));
     following = wasFollowing;
     storeys->setVisible(isPlan);

@@ -15,6 +15,7 @@ namespace workbench {
 namespace {
 
 constexpr int steps = 1000;
+constexpr double straight = 1 - 1e-12;  // a plane that was turned there and back is not quite at right angles
 constexpr std::array<const char*, 3> axisNames{"X", "Y", "Z"};
 
 double Along(const Vec3& v, std::size_t axis) {
@@ -33,12 +34,12 @@ CutPanel::Cuts CutPanel::Cuts::Of(const std::vector<Plane>& planes) {
     Cuts cuts;
     for (const Plane& plane : planes) {
         std::size_t axis = 0;
-        while (axis < 3 && std::abs(Along(plane.normal, axis)) != 1)
+        while (axis < 3 && std::abs(Along(plane.normal, axis)) < straight)
             ++axis;
         if (axis == 3 || cuts.axes.at(axis).on) {
             cuts.oblique.push_back(plane);
         } else {
-            const double sign = Along(plane.normal, axis);
+            const double sign = std::copysign(1.0, Along(plane.normal, axis));
             cuts.axes.at(axis) = {true, sign < 0, plane.distance * sign};
         }
     }
@@ -46,12 +47,14 @@ CutPanel::Cuts CutPanel::Cuts::Of(const std::vector<Plane>& planes) {
 }
 
 std::vector<Plane> CutPanel::Cuts::Planes() const {
-    std::vector<Plane> planes = oblique;
+    std::vector<Plane> planes;
     for (std::size_t axis = 0; axis < 3; ++axis) {
         const AxisCut& cut = axes.at(axis);
         const double sign = cut.flipped ? -1 : 1;
         if (cut.on) planes.push_back({Direction(axis, sign), cut.position * sign});
     }
+    // The first plane across an axis is the slider's: one of the others must not take its place.
+    planes.insert(planes.end(), oblique.begin(), oblique.end());
     return planes;
 }
 

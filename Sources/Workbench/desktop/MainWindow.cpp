@@ -14,6 +14,8 @@
 #include <QStatusBar>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 #include "Workbench/desktop/CutPanel.hpp"
 #include "Workbench/desktop/ElementModel.hpp"
@@ -256,16 +258,36 @@ void MainWindow::SelectionChanged() {
     ShowSummary();
     if (!listFollows) return;
 
-    QItemSelection rows;
-    for (const Element* element : application.Selection()) {
-        const QModelIndex row = filtered->mapFromSource(elements->IndexOf(*element));
-        if (row.isValid()) rows.select(row, row);
-    }
+    const QItemSelection rows = RowsOfSelection();
     listFollows = false;
     elementList->selectionModel()->select(rows,
                                           QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     if (!rows.isEmpty()) elementList->scrollTo(rows.first().topLeft());
     listFollows = true;
+}
+
+// Neighbours in one range each, and only so many of them: Qt compares every range with every other.
+QItemSelection MainWindow::RowsOfSelection() const {
+    constexpr qsizetype mostRanges = 1000;
+    std::vector<QModelIndex> indices;
+    for (const Element* element : application.Selection()) {
+        const QModelIndex index = filtered->mapFromSource(elements->IndexOf(*element));
+        if (index.isValid()) indices.push_back(index);
+    }
+    std::sort(indices.begin(), indices.end(), [](const QModelIndex& a, const QModelIndex& b) {
+        return std::pair(a.parent().row(), a.row()) < std::pair(b.parent().row(), b.row());
+    });
+
+    QItemSelection rows;
+    for (auto first = indices.begin(); first != indices.end() && rows.size() < mostRanges;) {
+        auto last = first;
+        while (last + 1 != indices.end() && (last + 1)->parent() == first->parent() &&
+               (last + 1)->row() == last->row() + 1)
+            ++last;
+        rows.select(*first, *last);
+        first = last + 1;
+    }
+    return rows;
 }
 
 void MainWindow::VisibilityChanged() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QItemSelection>
 #include <QMainWindow>
 #include <QSettings>
 
@@ -47,6 +48,7 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     void OpenByDialog();
     void SaveByDialog();
     void SelectFromList();
+    QItemSelection RowsOfSelection() const;
     void ShowProgress(const QString& text, double fraction);
     void ShowSummary();
 
