@@ -47,11 +47,12 @@ const difference = (a, b) =>
 
 /** Clicks "New viewpoint" and waits until it is in the list; its id. */
 const take = async () => {
-    const known = await workbench.eval("[...document.querySelectorAll('[data-viewpoint-id]')].map(card => card.dataset.viewpointId)");
+    const ids = () => workbench.eval("[...document.querySelectorAll('[data-viewpoint-id]')].map(card => card.dataset.viewpointId)");
+    const known = await ids();
     await workbench.click("#new-viewpoint");
     await workbench.until("document.querySelector('#viewpoint-status').dataset.state === 'done'", 30);
-    const ids = await workbench.eval("[...document.querySelectorAll('[data-viewpoint-id]')].map(card => card.dataset.viewpointId)");
-    return ids.find((id) => !known.includes(id));
+    await workbench.until(`document.querySelectorAll('[data-viewpoint-id]').length > ${known.length}`);
+    return (await ids()).find((id) => !known.includes(id));
 };
 
 const open = async (id) => {

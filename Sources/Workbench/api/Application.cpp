@@ -79,7 +79,7 @@ bool Application::Open(const std::filesystem::path& file) {
         return false;
     }
 
-    const bool hadSelection = !Selection().empty();
+    const bool selectionGoes = !Selection().empty() || (changed & selectionChange) != 0;
     project = std::move(opened.project);
     generation = std::make_shared<int>();
     states.Reset(*project);
@@ -92,7 +92,7 @@ bool Application::Open(const std::filesystem::path& file) {
     UpdateView();
     shaping = true;
     Tell([](ApplicationObserver& observer) { observer.ProjectReplaced(); });
-    if (hadSelection) Changed(selectionChange, Who::person);
+    if (selectionGoes) Changed(selectionChange, Who::person);
     Shape();
 
     const auto& problems = project->Document().Problems();

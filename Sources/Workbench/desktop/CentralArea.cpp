@@ -73,6 +73,18 @@ void CentralArea::Fit() {
     }
 }
 
+void CentralArea::FitSelection() {
+    if (application.Front().kind == FrontWindow::Kind::plan) {
+        const QRectF area = BoundsOf(plan->Drawing(), application.States().SelectedRecords());
+        if (!area.isNull()) plan->FitTo(area);
+        return;
+    }
+    std::vector<API_Guid> guids;
+    for (const Element* element : application.Selection())
+        guids.push_back(element->guid);
+    application.ZoomTo(guids);
+}
+
 QImage CentralArea::PlanPicture(bool highlightSelection) {
     // A widget behind another has not been given its size yet.
     plan->resize(stack->size());

@@ -23,6 +23,8 @@ class CentralArea : public QWidget, public ApplicationObserver {
 
     /// Everything that the window in front has to show fills it.
     void Fit();
+    /// What is selected fills the window in front, as far as that shows it.
+    void FitSelection();
     /// Waits for the 3D picture that a person would see at rest.
     void Settle() { view->Settle(); }
     void ProjectReplaced() override;

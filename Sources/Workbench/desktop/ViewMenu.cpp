@@ -31,12 +31,7 @@ ViewMenu::ViewMenu(QMenu* menu, Application& application, CentralArea& area)
     menu->addAction(say("&Fit in Window", "Alles &einpassen"), QKeySequence("Ctrl+0"), &area,
                     &CentralArea::Fit);
     ofSelection.push_back(menu->addAction(say("&Zoom to Selection", "Auf Auswahl &zoomen"),
-                                          QKeySequence("Ctrl+Shift+0"), this, [this] {
-                                              std::vector<API_Guid> guids;
-                                              for (const Element* element : this->application.Selection())
-                                                  guids.push_back(element->guid);
-                                              this->application.ZoomTo(guids);
-                                          }));
+                                          QKeySequence("Ctrl+Shift+0"), &area, &CentralArea::FitSelection));
     menu->addAction(say("&Reset View", "Ansicht zu&rücksetzen"), this, [this] {
         this->application.ChangeView(
             [this](ModelWindow& window) { window.Reset(this->application.ShownBox()); });
