@@ -129,6 +129,7 @@ std::string ViewpointTour::ClickAndWait(const std::string& selector) {
         Json::parse(automation.Evaluate("(({dataset, textContent}) => [dataset.state, textContent.trim()])"
                                         "(document.querySelector('#viewpoint-status'))"));
     if (status.at(0) != "done") throw AutomationError(status.at(1).get<std::string>());
+    automation.WaitForPage("document.querySelector('[data-viewpoint-id].current')", 10s);
     return Json::parse(automation.Evaluate(
                            "document.querySelector('[data-viewpoint-id].current').dataset.viewpointId"))
         .get<std::string>();

@@ -79,7 +79,12 @@ void MainWindow::MakeElementDock() {
     auto* search = new QLineEdit;
     search->setPlaceholderText(say("Search name or class", "Name oder Klasse suchen"));
     search->setClearButtonEnabled(true);
-    connect(search, &QLineEdit::textChanged, filtered, &QSortFilterProxyModel::setFilterFixedString);
+    connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
+        listFollows = false;  // what the filter takes from the list stays selected
+        filtered->setFilterFixedString(text);
+        listFollows = true;
+        SelectionChanged();
+    });
 
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
