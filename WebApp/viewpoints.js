@@ -69,6 +69,8 @@ export class ViewpointWork {
         try {
             const viewpoint = await this.read(viewpointId);
             if (run !== this.#run) return null;
+            // The host would leave cutting planes on for a viewpoint that has none.
+            if (viewpoint !== null && !viewpoint.sections?.length) await this.host.highlight([]);
             const opened = viewpoint !== null && (await this.host.openViewpoint(viewpoint));
             if (!opened) return this.#fail(run, text("viewpoints.unreadable"));
             this.#end(run, { state: "done", topicId, viewpointId, step: "opened" });

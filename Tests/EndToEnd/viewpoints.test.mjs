@@ -64,7 +64,7 @@ const open = async (id) => {
 const leave = async () => {
     await workbench.do("projection", { perspective: true, camera: [60, 50, 40], target: [0, 0, 10], viewCone: 35 });
     await workbench.do("show", { ifcGuids: guids.slice(0, 3) });
-    await workbench.do("cut", { planes: [] });
+    await workbench.do("cut", { planes: [[0.6, 0, 0.8, 4]] });
     await workbench.do("select", { ifcGuids: guids.slice(3, 9) });
     await workbench.do("window", { type: "plan", story: 0 });
 };

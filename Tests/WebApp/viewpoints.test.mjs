@@ -11,6 +11,7 @@ function setUp(more = {}) {
         shown: [],
         exportSnapshot: async (what) => host.snapshots.push(what),
         viewpoint: async () => captured,
+        highlight: async (ifcGuids) => host.shown.push(ifcGuids),
         openViewpoint: async (viewpoint) => host.shown.push(viewpoint) > 0,
         ...more.host,
     };
@@ -115,7 +116,10 @@ test("nothing is stored without a snapshot on the service, and the reason is tol
 test("opening hands the stored object to the host and says when it cannot be read", async () => {
     const good = setUp();
     assert.deepEqual(await good.work.open("a", "v"), JSON.parse(captured));
-    assert.deepEqual(good.host.shown, [JSON.parse(captured)]);
+    assert.deepEqual(good.host.shown, [[], JSON.parse(captured)]); // uncut first: it has no planes of its own
+    const cut = setUp({ service: { viewpointText: async () => '{"sections":[{}]}' } });
+    await cut.work.open("a", "v");
+    assert.deepEqual(cut.host.shown, [{ sections: [{}] }]);
     assert.deepEqual(good.work.status.get(), { state: "done", topicId: "a", viewpointId: "v", step: "opened" });
     for (const more of [
         { host: { openViewpoint: async () => false } },
