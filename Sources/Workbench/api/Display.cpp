@@ -127,8 +127,10 @@ QImage Application::PicturePlan(bool highlightSelection) {
 
 bool Application::BringToFront(const FrontWindow& window, Who who) {
     if (window.kind == FrontWindow::Kind::plan && window.storey >= project->Storeys().size()) return false;
-    if (window == front) return true;
-    front = window;
+    FrontWindow brought = window;
+    if (window.kind == FrontWindow::Kind::model) brought.storey = front.storey;  // for the way back
+    if (brought == front) return true;
+    front = brought;
     Changed(windowChange, who);
     return true;
 }

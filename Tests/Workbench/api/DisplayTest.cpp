@@ -7,6 +7,7 @@
 
 #include "ACAPinc.h"
 #include "HostKit/DG/RecordingDriver.hpp"
+#include "Workbench/HeadlessApplication.hpp"
 #include "Workbench/api/Application.hpp"
 #include "Workbench/step/StepTexts.hpp"
 
@@ -17,25 +18,15 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-class DisplayTest : public testing::Test {
+class DisplayTest : public HeadlessApplicationTest {
   protected:
     void SetUp() override {
-        Settings settings;
-        settings.dataFolder = folder / "data";
-        settings.resourcesFolder = std::filesystem::path(KESTRANE_SHARE) / "resources";
-        settings.mesher.script = std::filesystem::path(KESTRANE_SHARE) / "mesher" / "mesher.mjs";
+        HeadlessApplicationTest::SetUp();
         std::filesystem::create_directory(folder / "pictures");
-        application = std::make_unique<Application>(settings, queue, driver);
-    }
-
-    void TearDown() override {
-        application.reset();
-        EXPECT_EQ(hostkit::LiveHandles(), 0);
     }
 
     void OpenSample() {
-        ASSERT_TRUE(application->Open(std::filesystem::path(KESTRANE_SAMPLES) / "Gartenpavillon.ifc"));
-        ASSERT_TRUE(queue.RunUntil([this] { return !application->IsShaping(); }, 60s));
+        HeadlessApplicationTest::OpenSample();
         application->ChangeView([](ModelWindow& window) { window.SetSize({320, 200}); });
     }
 
@@ -64,11 +55,6 @@ class DisplayTest : public testing::Test {
             names.push_back(entry.path().filename());
         return names;
     }
-
-    step::TemporaryFolder folder;
-    MainQueue queue;
-    hostkit::dg::RecordingDriver driver;
-    std::unique_ptr<Application> application;
 };
 
 TEST_F(DisplayTest, APictureHonoursWhatIsHiddenAndCut) {

@@ -8,6 +8,7 @@
 
 #include "ACAPinc.h"
 #include "HostKit/DG/RecordingDriver.hpp"
+#include "Workbench/HeadlessApplication.hpp"
 #include "Workbench/api/Application.hpp"
 #include "Workbench/step/StepTexts.hpp"
 
@@ -26,27 +27,17 @@ GSErrCode __ACENV_CALL OnSelection(const API_Neig* last) {
     return NoError;
 }
 
-class WindowCallsTest : public testing::Test {
+class WindowCallsTest : public HeadlessApplicationTest {
   protected:
     void SetUp() override {
-        Settings settings;
-        settings.dataFolder = folder / "data";
-        settings.resourcesFolder = std::filesystem::path(KESTRANE_SHARE) / "resources";
-        settings.mesher.script = std::filesystem::path(KESTRANE_SHARE) / "mesher" / "mesher.mjs";
-        application = std::make_unique<Application>(settings, queue, driver);
+        HeadlessApplicationTest::SetUp();
         OpenSample();
         told.clear();
         ASSERT_EQ(ACAPI_Notify_CatchSelectionChange(OnSelection), NoError);
     }
 
-    void TearDown() override {
-        application.reset();
-        EXPECT_EQ(hostkit::LiveHandles(), 0);
-    }
-
     void OpenSample() {
-        ASSERT_TRUE(application->Open(std::filesystem::path(KESTRANE_SAMPLES) / "Gartenpavillon.ifc"));
-        ASSERT_TRUE(queue.RunUntil([this] { return !application->IsShaping(); }, 60s));
+        HeadlessApplicationTest::OpenSample();
         all.clear();
         for (const Element& element : application->OpenProject().Elements())
             if (application->BoundsOf(element)) all.push_back(element.guid);
@@ -111,10 +102,6 @@ class WindowCallsTest : public testing::Test {
         return QImage(QString::fromStdString((folder / name).string()));
     }
 
-    step::TemporaryFolder folder;
-    MainQueue queue;
-    hostkit::dg::RecordingDriver driver;
-    std::unique_ptr<Application> application;
     std::vector<API_Guid> all;  // that have a shape
     const API_Guid unknown = APIGuidFromString("12345678-9ABC-4DEF-8123-456789ABCDEF");
     GSErrCode saveError = NoError;

@@ -15,6 +15,7 @@
 
 #include "ACAPinc.h"
 #include "HostKit/DG/RecordingDriver.hpp"
+#include "Workbench/HeadlessApplication.hpp"
 #include "Workbench/desktop/CentralArea.hpp"
 #include "Workbench/desktop/CutPanel.hpp"
 #include "Workbench/desktop/ViewMenu.hpp"
@@ -69,14 +70,10 @@ struct OffscreenApplication {
     std::unique_ptr<QApplication> application;
 };
 
-class WindowsTest : public testing::Test {
+class WindowsTest : public HeadlessApplicationTest {
   protected:
     void SetUp() override {
-        Settings settings;
-        settings.dataFolder = folder / "data";
-        settings.resourcesFolder = std::filesystem::path(KESTRANE_SHARE) / "resources";
-        settings.mesher.script = std::filesystem::path(KESTRANE_SHARE) / "mesher" / "mesher.mjs";
-        application = std::make_unique<Application>(settings, queue, driver);
+        HeadlessApplicationTest::SetUp();
         area = std::make_unique<CentralArea>(*application);
         cutPanel = std::make_unique<CutPanel>(*application);
         menu = std::make_unique<QMenu>();
@@ -90,13 +87,11 @@ class WindowsTest : public testing::Test {
         menu.reset();
         cutPanel.reset();
         area.reset();
-        application.reset();
-        EXPECT_EQ(hostkit::LiveHandles(), 0);
+        HeadlessApplicationTest::TearDown();
     }
 
     void OpenSample() {
-        ASSERT_TRUE(application->Open(std::filesystem::path(KESTRANE_SAMPLES) / "Gartenpavillon.ifc"));
-        ASSERT_TRUE(queue.RunUntil([this] { return !application->IsShaping(); }, 60s));
+        HeadlessApplicationTest::OpenSample();
         QApplication::processEvents();
     }
 
@@ -143,10 +138,6 @@ class WindowsTest : public testing::Test {
     }
 
     OffscreenApplication qt;
-    step::TemporaryFolder folder;
-    MainQueue queue;
-    hostkit::dg::RecordingDriver driver;
-    std::unique_ptr<Application> application;
     std::unique_ptr<CentralArea> area;
     std::unique_ptr<CutPanel> cutPanel;
     std::unique_ptr<QMenu> menu;
