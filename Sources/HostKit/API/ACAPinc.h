@@ -4,6 +4,8 @@
 // NoError or an APIERR_ code: BADPARS for a missing parameter, BADID for a code they do not know, GENERAL
 // when no host is running.
 
+#include <functional>
+
 #include "APIEnvir.h"
 #include "APIdefs_Automate.h"
 #include "APIdefs_Base.h"
@@ -76,10 +78,11 @@ GSErrCode ACAPI_Notify_CatchProjectEvent(GSFlags eventTypes, APIProjectEventHand
 GSErrCode ACAPI_Environment(API_EnvironmentID code, void* par1 = nullptr, void* par2 = nullptr,
                             void* par3 = nullptr);
 
-// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*, API_SavePars_Picture*). Complete
-// operation: REFUSEDCMD inside notifications. ShowAllIn3DID, ShowSelectionIn3DID: none; they bring the 3D
-// window to the front. ZoomID: none, which fits all into the window (REFUSEDPAR otherwise).
-// ZoomToElementsID: GS::Array<API_Guid>*. ChangeWindowID: API_WindowInfo*.
+// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*, API_SavePars_Picture*).
+// APIDo_OpenID: API_FileOpenPars*; the add-on is not notified; CANCEL when the person kept the open project.
+// Both are complete operations: REFUSEDCMD inside notifications and undoable commands. ShowAllIn3DID,
+// ShowSelectionIn3DID: none; they bring the 3D window to the front. ZoomID: none, which fits all into the
+// window (REFUSEDPAR otherwise). ZoomToElementsID: GS::Array<API_Guid>*. ChangeWindowID: API_WindowInfo*.
 GSErrCode ACAPI_Automate(API_AutomateID code, void* par1 = nullptr, void* par2 = nullptr,
                          void* par3 = nullptr);
 
@@ -101,6 +104,16 @@ bool ACAPI_Element_Filter(const API_Guid& guid, API_ElemFilterFlags filter,
 // Read by header.guid alone. BADID: no such element.
 GSErrCode ACAPI_Element_Get(API_Element* element, UInt32 mask = 0);
 GSErrCode ACAPI_Element_GetHeader(API_Elem_Head* header, UInt32 mask = 0);
+
+// Runs the body as one step that can be undone under this name, and returns its error; what a failed body did
+// is undone. REFUSEDCMD inside a notification or another command.
+GSErrCode ACAPI_CallUndoableCommand(const GS::UniString& undoName, const std::function<GSErrCode()>& body);
+
+// Creates an element like the one that the record was read from, which may be of a project no longer open;
+// the record's GUID becomes the new element's. The memo may be null. NEEDSUNDOSCOPE outside an undoable
+// command; BADPARS for a record that was not read from an element; REFUSEDPAR when the open project cannot
+// hold it.
+GSErrCode ACAPI_Element_Create(API_Element* element, API_ElementMemo* memo);
 
 // Bounds in metres. GENERAL when the element is not in the 3D model.
 GSErrCode ACAPI_Element_Get3DInfo(const API_Elem_Head& header, API_ElemInfo3D* info);

@@ -6,6 +6,7 @@
 #include "Location.hpp"
 
 enum API_AutomateID : Int32 {
+    APIDo_OpenID = hostkit::FourCharacters("OPEN"),
     APIDo_SaveID = hostkit::FourCharacters("SAVE"),
     APIDo_ShowAllIn3DID = hostkit::FourCharacters("SA3D"),
     APIDo_ShowSelectionIn3DID = hostkit::FourCharacters("SS3D"),
@@ -28,6 +29,17 @@ struct API_FileSavePars {
     Int32 filler_1;
     IO::Location* file;
     Int32 filler_2[15];
+};
+
+// All zero besides "file": the file is opened without a library. Both locations stay the caller's.
+struct API_FileOpenPars {
+    API_FTypeID fileTypeID;
+    bool libGiven;
+    bool useStoredLib;
+    bool enableSaveAlert;
+    bool filler_1;
+    IO::Location* file;
+    IO::Location* archiveLib;
 };
 
 // The reference is the caller's to kill.

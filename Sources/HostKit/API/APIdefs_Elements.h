@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "APIdefs_Base.h"
 #include "Definitions.hpp"
 
@@ -35,10 +37,26 @@ struct API_Elem_Head {
     API_AttributeIndex layer;
     short floorInd;
     UInt64 modiStamp;
+
+    // The application's own: the project that the record was read from, which stays alive with it.
+    std::shared_ptr<const void> origin;
 };
 
 union API_Element {
     API_Elem_Head header;
+
+    API_Element() : header() {}
+    API_Element(const API_Element& other) : header(other.header) {}
+    API_Element& operator=(const API_Element& other) {
+        header = other.header;
+        return *this;
+    }
+    ~API_Element() { header.~API_Elem_Head(); }
+};
+
+// What an element has besides its record.
+struct API_ElementMemo {
+    GSHandle filler_1[8];
 };
 
 struct API_ElemInfo3D {

@@ -5,6 +5,35 @@
 using hostkit::HostCall;
 using hostkit::Session;
 
+namespace {
+
+// From the beginning of an undoable command to its end, also when its body throws.
+class UndoScope {
+  public:
+    UndoScope(Session& session, const GS::UniString& name) : session(session) {
+        session.GetRegistry().SetInUndoScope(true);
+        session.GetHost().BeginUndoable(name);
+    }
+    ~UndoScope() {
+        session.GetRegistry().SetInUndoScope(false);
+        session.GetHost().EndUndoable(succeeded);
+    }
+    UndoScope(const UndoScope&) = delete;
+    UndoScope& operator=(const UndoScope&) = delete;
+
+    GSErrCode Run(const std::function<GSErrCode()>& body) {
+        const GSErrCode error = body();
+        succeeded = error == NoError;
+        return error;
+    }
+
+  private:
+    Session& session;
+    bool succeeded = false;
+};
+
+}  // namespace
+
 GSErrCode ACAPI_Element_GetElemList(const API_ElemType& type, GS::Array<API_Guid>* list,
                                     API_ElemFilterFlags filter, const API_Guid&) {
     return HostCall("ACAPI_Element_GetElemList", [&](Session& session) -> GSErrCode {
@@ -35,6 +64,24 @@ GSErrCode ACAPI_Element_GetHeader(API_Elem_Head* header, UInt32) {
     return HostCall("ACAPI_Element_GetHeader", [&](Session& session) -> GSErrCode {
         if (header == nullptr) return APIERR_BADPARS;
         return session.GetHost().ElementHeader(*header);
+    });
+}
+
+GSErrCode ACAPI_CallUndoableCommand(const GS::UniString& undoName, const std::function<GSErrCode()>& body) {
+    return HostCall("ACAPI_CallUndoableCommand", [&](Session& session) -> GSErrCode {
+        if (!body) return APIERR_BADPARS;
+        hostkit::Registry& registry = session.GetRegistry();
+        if (registry.RefusesCompleteOperations()) return APIERR_REFUSEDCMD;
+        UndoScope scope(session, undoName);
+        return scope.Run(body);
+    });
+}
+
+GSErrCode ACAPI_Element_Create(API_Element* element, API_ElementMemo*) {
+    return HostCall("ACAPI_Element_Create", [&](Session& session) -> GSErrCode {
+        if (element == nullptr) return APIERR_BADPARS;
+        if (!session.GetRegistry().IsInUndoScope()) return APIERR_NEEDSUNDOSCOPE;
+        return session.GetHost().CreateElement(*element);
     });
 }
 

@@ -119,9 +119,17 @@ GSErrCode ACAPI_Automate(API_AutomateID code, void* par1, void* par2, void* par3
             return CallWith<API_FileSavePars>(function, "APIDo_SaveID", par1,
                                               [par2](Session& session, const auto& pars) -> GSErrCode {
                                                   if (pars.file == nullptr) return APIERR_BADPARS;
-                                                  if (session.GetRegistry().IsNotifying())
+                                                  if (session.GetRegistry().RefusesCompleteOperations())
                                                       return APIERR_REFUSEDCMD;
                                                   return session.GetHost().Save(pars, par2);
+                                              });
+        case APIDo_OpenID:
+            return CallWith<API_FileOpenPars>(function, "APIDo_OpenID", par1,
+                                              [](Session& session, const auto& pars) -> GSErrCode {
+                                                  if (pars.file == nullptr) return APIERR_BADPARS;
+                                                  if (session.GetRegistry().RefusesCompleteOperations())
+                                                      return APIERR_REFUSEDCMD;
+                                                  return session.GetHost().Open(pars);
                                               });
         case APIDo_ShowAllIn3DID:
             return HostCall(function, "APIDo_ShowAllIn3DID",

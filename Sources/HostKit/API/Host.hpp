@@ -20,6 +20,15 @@ class Host {
     // The format record belongs to the file type and may be null: API_SavePars_Ifc for APIFType_IfcFile.
     virtual GSErrCode Save(const API_FileSavePars&, const void* /* formatRecord */) { return APIERR_BADID; }
 
+    // Replaces the open project.
+    virtual GSErrCode Open(const API_FileOpenPars&) { return APIERR_BADID; }
+
+    // An undoable command runs between these two; never nested. What it did is undone when it failed.
+    virtual void BeginUndoable(const GS::UniString& /* name */) {}
+    virtual void EndUndoable(bool /* succeeded */) {}
+    // Inside an undoable command. The record's GUID becomes the new element's.
+    virtual GSErrCode CreateElement(API_Element&) { return APIERR_BADID; }
+
     // The array comes empty.
     virtual GSErrCode ElementList(const API_ElemType&, API_ElemFilterFlags, GS::Array<API_Guid>&) {
         return APIERR_BADID;

@@ -67,6 +67,11 @@ class Registry {
     GSErrCode NotifyProjectEvent(API_NotifyEventID event, Int32 param = 0);
 
     // While true, complete operations are refused.
+    bool RefusesCompleteOperations() const { return notifying > 0 || inUndoScope; }
+
+    // Whether an undoable command runs.
+    bool IsInUndoScope() const { return inUndoScope; }
+    void SetInUndoScope(bool in) { inUndoScope = in; }
     bool IsNotifying() const { return notifying > 0; }
 
   private:
@@ -82,6 +87,7 @@ class Registry {
     GSFlags projectEvents = 0;
     bool keptInMemory = false;
     int notifying = 0;
+    bool inUndoScope = false;
     Stage stage = Stage::unloaded;
 };
 
