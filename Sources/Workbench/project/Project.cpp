@@ -83,8 +83,12 @@ std::shared_ptr<const Project> Project::Untitled() {
     return std::make_shared<Project>(step::Document::FromBytes(emptyModel), std::filesystem::path());
 }
 
-Project::Project(std::shared_ptr<const step::Document> source, std::filesystem::path file)
-    : document(std::move(source)), location(std::move(file)), structure(*document) {
+Project::Project(std::shared_ptr<const step::Document> source, std::filesystem::path file,
+                 ExternalIds foreign)
+    : document(std::move(source)),
+      location(std::move(file)),
+      foreignIds(std::move(foreign)),
+      structure(*document) {
     ReadContext();
     ReadStoreys();
     ReadElements();
@@ -154,7 +158,12 @@ void Project::ReadElements() {
         const API_Guid fileGuid = GuidFromGlobalId(product.globalId).value_or(APINULLGuid);
         Element element;
         element.guid = guids.Make(product.globalId);
-        if (element.guid != fileGuid) element.externalIfcId = fileGuid;
+        const auto foreign = foreignIds.find(record.id);
+        if (foreign != foreignIds.end()) {
+            element.externalIfcId = foreign->second;
+        } else if (element.guid != fileGuid) {
+            element.externalIfcId = fileGuid;
+        }
         element.record = record.id;
         element.ifcClass = classes[record.type];
         element.name = product.name;
@@ -196,6 +205,10 @@ std::vector<const Element*> Project::FindByExternalIfcId(const API_Guid& ifcId) 
         found.push_back(&elements[entry->second]);
     std::ranges::sort(found);
     return found;
+}
+
+API_Guid Project::GuidFor(const std::string& globalId) const {
+    return GuidMaker(hostAuthored).Make(globalId);
 }
 
 std::string Project::GlobalIdOf(const Element& element) const {

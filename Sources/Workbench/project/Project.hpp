@@ -42,8 +42,11 @@ class Project {
   public:
     /// A new model without elements.
     static std::shared_ptr<const Project> Untitled();
-    /// The model in a document that was read from `location`.
-    Project(std::shared_ptr<const step::Document> document, std::filesystem::path location);
+    using ExternalIds = std::unordered_map<uint64_t, API_Guid>;
+    /// The model in a document that was read from `location`. Some elements, by record, may have come from
+    /// another file where they had another GlobalId.
+    Project(std::shared_ptr<const step::Document> document, std::filesystem::path location,
+            ExternalIds foreignIds = {});
 
     /// In file order.
     const std::vector<Element>& Elements() const { return elements; }
@@ -55,6 +58,10 @@ class Project {
     const Element* FindByRecord(uint64_t record) const;
     /// A file may use one GlobalId several times.
     std::vector<const Element*> FindByExternalIfcId(const API_Guid& ifcId) const;
+    /// What was given to the constructor.
+    const ExternalIds& ForeignIds() const { return foreignIds; }
+    /// The GUID that the only element with this GlobalId has here.
+    API_Guid GuidFor(const std::string& globalId) const;
     /// The GlobalId text as it stands in the file.
     std::string GlobalIdOf(const Element& element) const;
 
@@ -80,6 +87,7 @@ class Project {
   private:
     std::shared_ptr<const step::Document> document;
     std::filesystem::path location;
+    ExternalIds foreignIds;
     ProductStructure structure;
     std::string ifcProjectName, schema, authoringApplication;
     double lengthUnit = 1;

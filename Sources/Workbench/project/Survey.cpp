@@ -88,8 +88,12 @@ std::optional<MapConversion> ConversionOf(const step::Document& document) {
 }  // namespace
 
 API_Tranmat SurveyTransformation(const Project& project) {
+    return SurveyTransformationIn(project).value_or(API_Tranmat{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0}});
+}
+
+std::optional<API_Tranmat> SurveyTransformationIn(const Project& project) {
     const auto conversion = ConversionOf(project.Document());
-    if (!conversion) return {{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0}};
+    if (!conversion) return std::nullopt;
     const auto number = [&](size_t at) { return conversion->numbers[at].value_or(0); };
 
     const double scale = conversion->numbers[MapConversion::scale].value_or(1);
@@ -102,9 +106,9 @@ API_Tranmat SurveyTransformation(const Project& project) {
         cosine = number(MapConversion::abscissa) / length;
         sine = number(MapConversion::ordinate) / length;
     }
-    return {{cosine, -sine, 0, metres(MapConversion::eastings),  //
-             sine, cosine, 0, metres(MapConversion::northings),  //
-             0, 0, 1, metres(MapConversion::height)}};
+    return API_Tranmat{{cosine, -sine, 0, metres(MapConversion::eastings),  //
+                        sine, cosine, 0, metres(MapConversion::northings),  //
+                        0, 0, 1, metres(MapConversion::height)}};
 }
 
 }  // namespace workbench

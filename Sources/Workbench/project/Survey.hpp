@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "APIdefs_Base.h"
 #include "Workbench/project/Project.hpp"
 
@@ -17,5 +19,7 @@ namespace workbench {
 /// tells that both units differ. A missing or unreadable number counts as 0, a direction of no length as no
 /// turn.
 API_Tranmat SurveyTransformation(const Project& project);
+/// The same; nothing when the model has neither.
+std::optional<API_Tranmat> SurveyTransformationIn(const Project& project);
 
 }  // namespace workbench

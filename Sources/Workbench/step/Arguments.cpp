@@ -152,6 +152,37 @@ bool IsUnset(std::string_view argument) {
     return argument == "$" || argument == "*";
 }
 
+void AppendRenumbered(std::string& out, std::string_view text, uint64_t ownId,
+                      const std::function<uint64_t(uint64_t)>& idOf) {
+    const auto appendReference = [&out](uint64_t id) {
+        char digits[24] = {'#'};
+        out.append(digits, std::to_chars(digits + 1, std::end(digits), id).ptr);
+    };
+    const char* end = text.data() + text.size();
+    const char* p = SkipOwnId(text);
+    const char* begin = p;
+    const char* copied = p;
+    appendReference(ownId);
+    out += '=';
+    while (p < end) {
+        if (*p == '\'') {
+            p = SkipString(p, end);
+        } else if (*p == '/' && p + 1 < end && p[1] == '*') {
+            p = SkipBlanks(p, end);
+        } else if (*p != '#') {
+            ++p;
+        } else {
+            const char* from = p;
+            if (const auto id = ReferenceAt(p, begin, end)) {
+                out.append(copied, from);
+                appendReference(idOf(*id));
+                copied = p;
+            }
+        }
+    }
+    out.append(copied, end);
+}
+
 std::string WithArgument(std::string_view text, size_t n, std::string_view replacement) {
     const std::vector<std::string_view> arguments = Arguments(text);
     if (n >= arguments.size()) return std::string(text);

@@ -32,6 +32,9 @@ std::string_view AsEnum(std::string_view argument);
 /// True for "$" and "*".
 bool IsUnset(std::string_view argument);
 
+/// Appends the record's text with its own id replaced, and every reference by what `idOf` answers.
+void AppendRenumbered(std::string& out, std::string_view text, uint64_t ownId,
+                      const std::function<uint64_t(uint64_t)>& idOf);
 /// The record's text with its n-th argument replaced.
 std::string WithArgument(std::string_view text, size_t n, std::string_view replacement);
 /// The record's text without the references that `keep` refuses: list members go, single ones become "$".

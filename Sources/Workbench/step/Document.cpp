@@ -61,8 +61,18 @@ std::shared_ptr<const Document> Document::Read(const std::filesystem::path& file
 }
 
 std::shared_ptr<const Document> Document::FromBytes(std::string_view bytes, const Progress& progress) {
-    auto copy = std::make_unique<Buffer>(bytes.size());
-    std::copy(bytes.begin(), bytes.end(), copy->Data());
+    return FromPieces(std::span(&bytes, 1), progress);
+}
+
+std::shared_ptr<const Document> Document::FromPieces(std::span<const std::string_view> pieces,
+                                                     const Progress& progress) {
+    size_t size = 0;
+    for (const std::string_view piece : pieces)
+        size += piece.size();
+    auto copy = std::make_unique<Buffer>(size);
+    char* at = copy->Data();
+    for (const std::string_view piece : pieces)
+        at = std::copy(piece.begin(), piece.end(), at);
     std::shared_ptr<Document> document(new Document(std::move(copy)));
     if (!Reader(*document).Read(progress)) return nullptr;
     return document;

@@ -61,6 +61,9 @@ class Document {
                                                 const Progress& progress = {});
     /// The same for bytes that are in memory already.
     static std::shared_ptr<const Document> FromBytes(std::string_view bytes, const Progress& progress = {});
+    /// The same for bytes in several pieces, one behind the other.
+    static std::shared_ptr<const Document> FromPieces(std::span<const std::string_view> pieces,
+                                                      const Progress& progress = {});
 
     Document(const Document&) = delete;
     Document& operator=(const Document&) = delete;

@@ -2,7 +2,9 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdint>
 #include <optional>
 
@@ -219,6 +221,15 @@ std::string EncodeText(std::string_view utf8) {
     }
     switchTo(0);
     return out + "'";
+}
+
+std::string EncodeReal(double number) {
+    char digits[32];
+    std::string text(digits, std::to_chars(digits, std::end(digits), number).ptr);
+    const size_t exponent = text.find('e');
+    if (exponent != std::string::npos) text[exponent] = 'E';
+    if (text.find('.') == std::string::npos) text.insert(std::min(exponent, text.size()), ".");
+    return text;
 }
 
 }  // namespace workbench::step

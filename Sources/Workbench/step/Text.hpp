@@ -11,5 +11,7 @@ namespace workbench::step {
 std::string DecodeText(std::string_view encoded);
 /// The string in apostrophes, 7-bit: everything else in hexadecimal.
 std::string EncodeText(std::string_view utf8);
+/// The shortest text that reads back as this number: "1.5", "0.", "1.E-5".
+std::string EncodeReal(double number);
 
 }  // namespace workbench::step
