@@ -12,17 +12,6 @@
 
 namespace workbench {
 
-namespace {
-
-bool IsArchive(const std::filesystem::path& file) {
-    std::string extension = file.extension().string();
-    std::transform(extension.begin(), extension.end(), extension.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return extension == ".ifczip";
-}
-
-}  // namespace
-
 Application::Application(Settings settings, MainQueue& queue, hostkit::dg::Driver& driver)
     : settings(std::move(settings)),
       say{this->settings.language},
@@ -38,6 +27,7 @@ Application::Application(Settings settings, MainQueue& queue, hostkit::dg::Drive
                                        this->settings.language == Language::german ? "GER" : "INT")),
       mesher(this->settings.mesher) {
     states.Reset(*project);
+    history.Reset(project);
     std::error_code ignored;  // a folder that cannot be made shows itself where it is written to
     std::filesystem::create_directories(this->settings.dataFolder / "GRAPHISOFT" / "Archicad", ignored);
     std::filesystem::create_directories(this->settings.dataFolder / "Temporary", ignored);
@@ -45,10 +35,8 @@ Application::Application(Settings settings, MainQueue& queue, hostkit::dg::Drive
 
 Application::~Application() {
     generation.reset();
-    if (!unpacked.empty()) {
-        std::error_code ignored;
-        std::filesystem::remove(unpacked, ignored);
-    }
+    std::error_code ignored;
+    if (!meshed.empty()) std::filesystem::remove(meshed, ignored);
 }
 
 GSErrCode Application::Start() {
@@ -61,27 +49,60 @@ void Application::Tell(const std::function<void(ApplicationObserver&)>& call) {
         call(*observer);
 }
 
-Progress Application::ProgressOf(std::string what) {
-    return [this, what = std::move(what)](double fraction) {
-        bool goOn = true;
-        Tell([&](ApplicationObserver& observer) { goOn = observer.Working(what, fraction) && goOn; });
-        return goOn;
-    };
-}
+/// A long piece of work in the main thread, which observers watch and may stop; they see its end, too.
+class Application::Work {
+  public:
+    Work(Application& application, std::string what) : application(application), what(std::move(what)) {}
+    ~Work() { Report(1); }
+    Work(const Work&) = delete;
+    Work& operator=(const Work&) = delete;
 
-bool Application::Open(const std::filesystem::path& file) {
-    OpenResult opened = OpenIfc(file, ProgressOf(say("Opening the model", "Modell wird geöffnet")));
-    if (!opened.project) {
-        if (opened.refusal) {
-            ShowAlert(say("The model was not opened.", "Das Modell wurde nicht geöffnet."),
-                      Describe(*opened.refusal, settings.language));
-        }
-        return false;
+    Progress OnProgress() {
+        return [this](double fraction) { return Report(fraction); };
     }
 
+  private:
+    bool Report(double fraction) {
+        bool goOn = true;
+        application.Tell(
+            [&](ApplicationObserver& observer) { goOn = observer.Working(what, fraction) && goOn; });
+        return goOn;
+    }
+
+    Application& application;
+    std::string what;
+};
+
+Application::OpenOutcome Application::Open(const std::filesystem::path& file, Who who) {
+    if (!MayLeaveProject(who)) return OpenOutcome::kept;
+    OpenResult opened;
+    {
+        Work work(*this, say("Opening ", "Wird geöffnet: ") + file.filename().string());
+        opened = OpenIfc(file, work.OnProgress());
+    }
+    if (!opened.project) {
+        if (!opened.refusal) return OpenOutcome::kept;
+        ShowAlert(say("The model was not opened.", "Das Modell wurde nicht geöffnet."),
+                  Describe(*opened.refusal, settings.language));
+        return OpenOutcome::failed;
+    }
+    Replace(std::move(opened.project), who);
+
+    const auto& problems = project->Document().Problems();
+    if (!problems.empty()) {
+        ShowAlert(say("The model is damaged; what could be read was opened.",
+                      "Das Modell ist beschädigt; geöffnet wurde, was lesbar ist."),
+                  Describe(problems.front(), settings.language));
+    }
+    return OpenOutcome::opened;
+}
+
+void Application::Replace(std::shared_ptr<const Project> opened, Who who) {
     const bool selectionGoes = !Selection().empty() || (changed & selectionChange) != 0;
-    project = std::move(opened.project);
+    project = std::move(opened);
     generation = std::make_shared<int>();
+    history.Reset(project);
+    historyMoved = false;
     states.Reset(*project);
     survey = SurveyTransformation(*project);
     window3D.Reset(Box3{});
@@ -90,61 +111,26 @@ bool Application::Open(const std::filesystem::path& file) {
     view->Clear();
     viewOutdated = selectionChange | visibilityChange | viewChange;
     UpdateView();
-    shaping = true;
+    openedByPerson = who == Who::person;
+    unshaped.clear();
+    // From the queue: an add-on may open the next model at once.
+    mesher.Cancel();
+    shaping = Shaping::coming;
+    queue.Post([this, of = std::weak_ptr(generation)] {
+        if (!of.expired()) ShapeAll();
+    });
     Tell([](ApplicationObserver& observer) { observer.ProjectReplaced(); });
-    if (selectionGoes) Changed(selectionChange, Who::person);
-    Shape();
-
-    const auto& problems = project->Document().Problems();
-    if (!problems.empty()) {
-        ShowAlert(say("The model is damaged; what could be read was opened.",
-                      "Das Modell ist beschädigt; geöffnet wurde, was lesbar ist."),
-                  Describe(problems.front(), settings.language));
-    }
-    return true;
-}
-
-void Application::Shape() {
-    std::filesystem::path file = project->Location();
-    if (IsArchive(file)) {
-        unpacked = settings.dataFolder / "Temporary" / "Unpacked.ifc";
-        if (SaveIfc(*project, unpacked).outcome == SaveOutcome::done) file = unpacked;
-    }
-
-    const std::weak_ptr<int> of = generation;
-    mesher.Mesh(
-        file,
-        [this, of](MeshBatch batch) {
-            queue.Post([this, of, batch = std::move(batch)] {
-                if (of.expired()) return;
-                for (const ElementMeshPtr& mesh : batch.elements)
-                    states.AddShape(mesh);
-                const bool first = view->Count() == 0;
-                view->Add(batch.elements);
-                if (first) window3D.Reset(ShownBox());
-                Tell([&](ApplicationObserver& observer) { observer.ShapesArrived(batch); });
-            });
-        },
-        [this, of](MeshOutcome outcome) {
-            queue.Post([this, of, outcome = std::move(outcome)] {
-                if (!of.expired()) FinishShaping(outcome);
-            });
-        });
-}
-
-void Application::FinishShaping(const MeshOutcome& outcome) {
-    shaping = false;
-    if (outcome.status == MeshOutcome::Status::Done) states.ShapesAreKnown();
-    viewOutdated |= visibilityChange;  // hiding what has no shape hides nothing
-    window3D.Reset(ShownBox());
-    Tell([&](ApplicationObserver& observer) { observer.ProjectReady(outcome); });
-    Changed(viewChange, Who::person);
-    session.GetRegistry().NotifyProjectEvent(APINotify_Open);
+    if (selectionGoes) Changed(selectionChange, who);
 }
 
 bool Application::Save(const std::filesystem::path& file) {
+    Settle();
     const SaveResult result = Write(file, nullptr);
-    if (result.outcome == SaveOutcome::done) return true;
+    if (result.outcome == SaveOutcome::done) {
+        history.MarkSaved();
+        HistoryMoved();
+        return true;
+    }
     if (result.outcome != SaveOutcome::stopped) {
         ShowAlert(say("The model was not saved.", "Das Modell wurde nicht gesichert."),
                   Describe(result, settings.language));
@@ -153,13 +139,22 @@ bool Application::Save(const std::filesystem::path& file) {
 }
 
 SaveResult Application::Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements) {
-    const Progress progress = ProgressOf(say("Saving the model", "Modell wird gesichert"));
+    Work work(*this, say("Saving the model", "Modell wird gesichert"));
+    const Progress progress = work.OnProgress();
     if (elements == nullptr) return SaveIfc(*project, file, progress);
     std::vector<API_Guid> chosen;
     chosen.reserve(elements->GetSize());
     for (const API_Guid& guid : *elements)
         chosen.push_back(guid);
     return SaveIfcSubset(*project, chosen, file, progress);
+}
+
+void Application::Settle() {
+    if (!history.IsOutdated()) return;
+    Work work(*this, say("Creating elements", "Elemente werden erzeugt"));
+    const Progress progress = work.OnProgress();
+    // It is the steps that can be undone; half of them in the project would be no state at all.
+    Replace(history.CurrentProject([&](double fraction) { return progress(fraction), true; }));
 }
 
 void Application::Watch(ApplicationObserver& observer) {

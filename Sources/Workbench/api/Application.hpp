@@ -6,10 +6,12 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
 #include "HostKit/API/Session.hpp"
+#include "Workbench/api/EditHistory.hpp"
 #include "Workbench/api/ElementStates.hpp"
 #include "Workbench/api/MainQueue.hpp"
 #include "Workbench/api/ModelWindow.hpp"
@@ -44,6 +46,11 @@ class ApplicationObserver {
     /// Another window is in front, or another storey in the floor plan.
     virtual void WindowChanged() {}
     virtual void MenuFlagsChanged() {}
+    /// Elements of the open project were created, or their creation was undone or redone: all `Element`
+    /// pointers of before are invalid; what stays keeps its place in selection and visibility.
+    virtual void ProjectEdited() {}
+    /// There are other steps to undo and redo, or the project was saved.
+    virtual void HistoryChanged() {}
     /// Long work goes on in the main thread. Answers false to stop it.
     virtual bool Working(const std::string& /*what*/, double /*fraction*/) { return true; }
 };
@@ -75,16 +82,38 @@ class Application {
     GSErrCode Start();
 
     /// Opens a model as a person does: the add-on is notified when the shapes are known. A file that cannot
-    /// be opened is told in an alert, and the open project stays.
-    bool Open(const std::filesystem::path& file);
+    /// be opened is told in an alert, and the open project stays; so it does when it has unsaved changes and
+    /// the person wants to keep it.
+    bool Open(const std::filesystem::path& file) { return Open(file, Who::person) == OpenOutcome::opened; }
+    enum class OpenOutcome { opened, kept, failed };
+    /// For the add-on: the same, but the add-on is not notified.
+    OpenOutcome Open(const std::filesystem::path& file, Who who);
     /// Saves the whole model as a person does. A failure is told in an alert.
     bool Save(const std::filesystem::path& file);
+    /// True when the open project may go: it has no unsaved changes, or the person was asked and saved them
+    /// or gives them up. An add-on that opens several models is asked for once.
+    bool MayLeaveProject(Who who = Who::person);
+    /// Who asks the person for a file to save to, given a suggestion; without anybody, changes go into a file
+    /// of their own in the data folder.
+    using AsksForFile = std::function<std::optional<std::filesystem::path>(const std::filesystem::path&)>;
+    void SetAsksForFile(AsksForFile function) { asksForFile = std::move(function); }
     /// Saves the whole model, or only `elements`, without telling anybody.
     SaveResult Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements);
 
     const Project& OpenProject() const { return *project; }
-    /// True from the opening of a project until its shapes are known.
-    bool IsShaping() const { return shaping; }
+
+    /// The steps that can be undone and redone.
+    const EditHistory& History() const { return history; }
+    std::vector<std::string> UndoNames() const { return history.UndoNames(); }
+    /// So many steps back or forth, or as many as there are. The project follows, and observers are told,
+    /// from the queue: many steps in a row cost no more than one.
+    void Undo(std::size_t steps = 1);
+    void Redo(std::size_t steps = 1);
+    /// Whether there is something that saving would keep.
+    bool IsModified() const { return history.IsModified(); }
+
+    /// True while shapes of the project are still to come: after its opening, or after elements were created.
+    bool IsShaping() const { return shaping != Shaping::none; }
     const Settings& GetSettings() const { return settings; }
     hostkit::Session& GetSession() { return session; }
 
@@ -142,9 +171,25 @@ class Application {
 
   private:
     friend class WorkbenchHost;
+    class Work;
     void Tell(const std::function<void(ApplicationObserver&)>& call);
-    Progress ProgressOf(std::string what);
-    void Shape();
+
+    /// The add-on's commands, and what they create.
+    void BeginCommand(const std::string& name) { history.Begin(name); }
+    void EndCommand(bool succeeded);
+    EditHistory::Created Create(const std::shared_ptr<const Project>& source, const API_Guid& element);
+    void HistoryMoved();
+    /// Makes the project what the steps say.
+    void Settle();
+    void Replace(std::shared_ptr<const Project> edited);
+    void TellRefused();
+    bool SaveBeforeLeaving();
+
+    void Replace(std::shared_ptr<const Project> opened, Who who);
+    void ShapeAll();
+    void ShapeAdded();
+    void Shape(const std::filesystem::path& file);
+    void TakeShapes(const MeshBatch& batch);
     std::vector<const Element*> Find(std::span<const API_Guid> guids) const;
     enum Change : unsigned { selectionChange = 1, visibilityChange = 2, viewChange = 4, windowChange = 8 };
     void Changed(unsigned changes, Who who);
@@ -167,9 +212,19 @@ class Application {
     DrawsPlan drawsPlan;
     unsigned changed = 0;       // what is still to be told: bits of Change
     unsigned viewOutdated = 0;  // and what the 3D picture does not know yet
-    bool shaping = false;
-    std::filesystem::path unpacked;  // the plain file that the mesher reads when the model came in an archive
-    std::shared_ptr<int> generation;  // of the open project; shapes of an earlier one are dropped
+    EditHistory history;
+    bool historyMoved = false;  // the queue will tell it
+    std::size_t refused = 0;    // creations, because of the schema of
+    std::shared_ptr<const Project> refusedFrom;
+    std::optional<bool> addOnMayLeave;  // what the person said, until the add-on's call is over
+    AsksForFile asksForFile;
+
+    enum class Shaping { none, coming, all, added };  // coming: all of them, from the queue
+    Shaping shaping = Shaping::none;
+    bool openedByPerson = false;                 // the add-on is told when the shapes are there
+    std::unordered_set<std::uint64_t> unshaped;  // records of created elements that are to get shapes
+    std::filesystem::path meshed;                // a file of our own that the mesher reads
+    std::shared_ptr<int> generation;             // of the open project; shapes of an earlier one are dropped
     WorkbenchHost host;
     hostkit::Session session;
     MesherProcess mesher;

@@ -1,6 +1,7 @@
 #include "Workbench/api/ElementStates.hpp"
 
 #include <algorithm>
+#include <utility>
 
 namespace workbench {
 
@@ -13,6 +14,30 @@ void ElementStates::Reset(const Project& of) {
     hiddenCount = 0;
     shapes.assign(count, nullptr);
     shapesKnown = false;
+}
+
+std::unordered_set<std::uint64_t> ElementStates::MoveTo(const Project& other) {
+    const ElementStates before = std::exchange(*this, ElementStates());
+    Reset(other);
+    std::unordered_set<std::uint64_t> gone;
+    for (const ElementMeshPtr& shape : before.shapes) {
+        if (shape == nullptr) continue;
+        if (other.FindByRecord(shape->record) == nullptr) {
+            gone.insert(shape->record);
+        } else {
+            AddShape(shape);
+        }
+    }
+    const auto moved = [&](const Element& element) { return other.FindByGuid(element.guid); };
+    for (const Element* element : before.selection)
+        if (const Element* now = moved(*element)) Select(std::span(&now, 1));
+    for (const Element& element : before.project->Elements()) {
+        if (before.hiddenCount == 0) break;
+        const Element* now = before.hidden[before.IndexOf(element)] ? moved(element) : nullptr;
+        if (now) SetShown(std::span(&now, 1), false);
+    }
+    shapesKnown = before.shapesKnown;
+    return gone;
 }
 
 void ElementStates::Select(std::span<const Element* const> elements) {

@@ -18,6 +18,10 @@ class ElementStates {
     /// Everything shown, nothing selected, no shapes.
     void Reset(const Project& of);
 
+    /// The project became another one: elements that are in both keep their state, by GUID, and their shapes,
+    /// by record. Answers the records of the shapes that are gone.
+    std::unordered_set<std::uint64_t> MoveTo(const Project& other);
+
     /// In the order of selection, each once.
     const std::vector<const Element*>& Selection() const { return selection; }
     void Select(std::span<const Element* const> elements);
@@ -34,6 +38,8 @@ class ElementStates {
     void AddShape(const ElementMeshPtr& shape);
     /// All shapes have come: an element without one is none for the 3D window.
     void ShapesAreKnown() { shapesKnown = true; }
+    /// More will come.
+    void ShapesAreComing() { shapesKnown = false; }
     /// Null while or when there is none.
     const ElementMeshPtr& ShapeOf(const Element& element) const { return shapes[IndexOf(element)]; }
 

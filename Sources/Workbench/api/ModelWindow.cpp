@@ -75,12 +75,16 @@ short ToShort(int pixels) {
 }  // namespace
 
 void ModelWindow::Reset(const Box3& box) {
-    persp = DefaultCamera(box, size);
+    persp = untouched = DefaultCamera(box, size);
     perspective = true;
     hasAxono = false;
     cutting = false;
     cutSettings = {};
     shapes.clear();
+}
+
+void ModelWindow::LookAtFirst(const Box3& box) {
+    if (persp == untouched) persp = untouched = DefaultCamera(box, size);
 }
 
 void ModelWindow::SetCamera(const Camera& camera) {

@@ -16,6 +16,9 @@ class ModelWindow {
   public:
     /// As for a newly opened model: a perspective of the box, planes off. The size stays.
     void Reset(const Box3& box);
+    /// More of the model is there: a camera that nobody has changed since Reset looks at this box. Planes
+    /// stay.
+    void LookAtFirst(const Box3& box);
 
     const Camera& CurrentCamera() const { return perspective ? persp : axono; }
     /// A person's camera, of either kind.
@@ -55,6 +58,7 @@ class ModelWindow {
 
   private:
     Camera persp;
+    Camera untouched;  // what the perspective was at first
     Camera axono;
     bool perspective = true;
     bool hasAxono = false;

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ACAPinc.h"
+#include "HostKit/GSRoot/Text.hpp"
 #include "Workbench/api/Application.hpp"
 
 namespace workbench {
@@ -46,7 +47,7 @@ GSErrCode WorkbenchHost::ApplicationInfo(API_ServerApplicationInfo& info) {
 }
 
 GSErrCode WorkbenchHost::ProjectInfo(API_ProjectInfo& info) {
-    const Project& project = application.OpenProject();
+    const Project& project = Settled().OpenProject();
     info.untitled = project.IsUntitled();
     if (info.untitled) return NoError;
     info.location = new IO::Location(hostkit::ToLocation(project.Location()));
@@ -72,9 +73,16 @@ GSErrCode WorkbenchHost::SpecialFolder(API_SpecFolderID id, IO::Location& locati
     return NoError;
 }
 
+// What the add-on asks is answered from what it has created, too.
+Application& WorkbenchHost::Settled() const {
+    application.Settle();
+    return application;
+}
+
 GSErrCode WorkbenchHost::Save(const API_FileSavePars& pars, const void* formatRecord) {
     if (pars.file == nullptr) return APIERR_BADPARS;
     if (formatRecord == nullptr) return APIERR_BADPARS;
+    Settled();
     const std::filesystem::path file = hostkit::ToPath(*pars.file);
     switch (pars.fileTypeID) {
         case APIFType_IfcFile:
@@ -128,7 +136,7 @@ GSErrCode WorkbenchHost::ElementList(const API_ElemType& type, API_ElemFilterFla
                                      GS::Array<API_Guid>& elements) {
     if (type.typeID != API_ZombieElemID) return APIERR_REFUSEDPAR;
     if ((filter & ~static_cast<API_ElemFilterFlags>(APIFilt_In3D)) != 0) return APIERR_REFUSEDPAR;
-    for (const workbench::Element& element : application.OpenProject().Elements()) {
+    for (const workbench::Element& element : Settled().OpenProject().Elements()) {
         if ((filter & APIFilt_In3D) != 0 && !application.IsShown(element)) continue;
         elements.Push(element.guid);
     }
@@ -136,18 +144,58 @@ GSErrCode WorkbenchHost::ElementList(const API_ElemType& type, API_ElemFilterFla
 }
 
 GSErrCode WorkbenchHost::ElementHeader(API_Elem_Head& header) {
-    const workbench::Element* element = application.OpenProject().FindByGuid(header.guid);
+    const workbench::Element* element = Settled().OpenProject().FindByGuid(header.guid);
     if (element == nullptr) return APIERR_BADID;
     header.floorInd = static_cast<short>(element->storey);
     return NoError;
 }
 
 GSErrCode WorkbenchHost::Element(API_Element& element) {
-    return ElementHeader(element.header);
+    const GSErrCode error = ElementHeader(element.header);
+    if (error == NoError) element.header.origin = application.project;
+    return error;
+}
+
+GSErrCode WorkbenchHost::Open(const API_FileOpenPars& pars) {
+    if (pars.fileTypeID != APIFType_IfcFile) return APIERR_REFUSEDPAR;
+    switch (application.Open(hostkit::ToPath(*pars.file), Who::addOn)) {
+        case Application::OpenOutcome::opened:
+            return NoError;
+        case Application::OpenOutcome::kept:
+            return APIERR_CANCEL;
+        case Application::OpenOutcome::failed:
+            break;
+    }
+    return APIERR_GENERAL;
+}
+
+void WorkbenchHost::BeginUndoable(const GS::UniString& name) {
+    application.BeginCommand(hostkit::ToUtf8(name));
+}
+
+void WorkbenchHost::EndUndoable(bool succeeded) {
+    application.EndCommand(succeeded);
+}
+
+GSErrCode WorkbenchHost::CreateElement(API_Element& element) {
+    const auto source = std::static_pointer_cast<const Project>(element.header.origin);
+    const EditHistory::Created created = application.Create(source, element.header.guid);
+    switch (created.refusal) {
+        case EditHistory::Refusal::none:
+            element.header.guid = created.guid;
+            return NoError;
+        case EditHistory::Refusal::otherSchema:
+            return APIERR_REFUSEDPAR;
+        case EditHistory::Refusal::noElement:
+            return APIERR_BADPARS;
+        case EditHistory::Refusal::noStep:
+            break;
+    }
+    return APIERR_NEEDSUNDOSCOPE;
 }
 
 GSErrCode WorkbenchHost::Element3DInfo(const API_Elem_Head& header, API_ElemInfo3D& info) {
-    const workbench::Element* element = application.OpenProject().FindByGuid(header.guid);
+    const workbench::Element* element = Settled().OpenProject().FindByGuid(header.guid);
     if (element == nullptr) return APIERR_BADID;
     const std::optional<Box3> box = application.BoundsOf(*element);
     if (!box) return APIERR_GENERAL;
@@ -156,20 +204,20 @@ GSErrCode WorkbenchHost::Element3DInfo(const API_Elem_Head& header, API_ElemInfo
 }
 
 bool WorkbenchHost::PassesFilter(const API_Guid& guid, API_ElemFilterFlags filter) {
-    const workbench::Element* element = application.OpenProject().FindByGuid(guid);
+    const workbench::Element* element = Settled().OpenProject().FindByGuid(guid);
     if (element == nullptr || (filter & ~static_cast<API_ElemFilterFlags>(APIFilt_In3D)) != 0) return false;
     return (filter & APIFilt_In3D) == 0 || application.IsShown(*element);
 }
 
 GSErrCode WorkbenchHost::ElementInfoString(const API_Guid& guid, GS::UniString& text) {
-    const workbench::Element* element = application.OpenProject().FindByGuid(guid);
+    const workbench::Element* element = Settled().OpenProject().FindByGuid(guid);
     if (element == nullptr) return APIERR_BADID;
     text = GS::UniString(element->idText.c_str(), CC_UTF8);
     return NoError;
 }
 
 GSErrCode WorkbenchHost::IfcIdentifier(const API_Guid& guid, API_Guid& own, API_Guid& external) {
-    const workbench::Element* element = application.OpenProject().FindByGuid(guid);
+    const workbench::Element* element = Settled().OpenProject().FindByGuid(guid);
     if (element == nullptr) return APIERR_BADID;
     own = element->guid;
     external = element->externalIfcId;
@@ -178,7 +226,7 @@ GSErrCode WorkbenchHost::IfcIdentifier(const API_Guid& guid, API_Guid& own, API_
 
 GSErrCode WorkbenchHost::ElementsByIfcIdentifier(const API_Guid* own, const API_Guid* external,
                                                  GS::Array<API_Guid>& elements) {
-    const Project& project = application.OpenProject();
+    const Project& project = Settled().OpenProject();
     if (external == nullptr) {
         if (project.FindByGuid(*own) != nullptr) elements.Push(*own);
         return NoError;
@@ -189,7 +237,7 @@ GSErrCode WorkbenchHost::ElementsByIfcIdentifier(const API_Guid* own, const API_
 }
 
 bool WorkbenchHost::KnowsAny(const std::vector<API_Guid>& elements) const {
-    const Project& project = application.OpenProject();
+    const Project& project = Settled().OpenProject();
     return std::any_of(elements.begin(), elements.end(),
                        [&](const API_Guid& guid) { return project.FindByGuid(guid) != nullptr; });
 }

@@ -18,7 +18,11 @@ class WorkbenchHost : public hostkit::Host {
     GSErrCode ProjectInfo(API_ProjectInfo& info) override;
     GSErrCode SpecialFolder(API_SpecFolderID id, IO::Location& location) override;
 
+    GSErrCode Open(const API_FileOpenPars& pars) override;
     GSErrCode Save(const API_FileSavePars& pars, const void* formatRecord) override;
+    void BeginUndoable(const GS::UniString& name) override;
+    void EndUndoable(bool succeeded) override;
+    GSErrCode CreateElement(API_Element& element) override;
     GSErrCode ExportTranslators(GS::Array<API_IFCTranslatorIdentifier>& translators) override;
 
     GSErrCode ElementList(const API_ElemType& type, API_ElemFilterFlags filter,
@@ -54,6 +58,7 @@ class WorkbenchHost : public hostkit::Host {
     void MenuItemFlagsChanged(short menuStrings, Int32 item, GSFlags flags) override;
 
   private:
+    Application& Settled() const;
     bool KnowsAny(const std::vector<API_Guid>& elements) const;
     GSErrCode SaveAsIfc(const std::filesystem::path& file, const API_SavePars_Ifc& pars);
     GSErrCode SaveAsPicture(const std::filesystem::path& file, const char* format,

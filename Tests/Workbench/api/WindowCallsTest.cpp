@@ -164,16 +164,25 @@ TEST_F(WindowCallsTest, AnotherProjectEndsTheSelectionPlanesAndCamera) {
     EXPECT_NE(application->Picture3D(), cut);
 }
 
-TEST_F(WindowCallsTest, WhatIsSetWhileShapesLoadDoesNotOutliveThatInThePicture) {
-    const QImage whole = application->Picture3D();
-    ASSERT_TRUE(application->Open(std::filesystem::path(KESTRANE_SAMPLES) / "Gartenpavillon.ifc"));
-    application->ChangeView([](ModelWindow& window) {
+TEST_F(WindowCallsTest, WhatIsSetWhileShapesLoadStays) {
+    const auto cut = [](ModelWindow& window) {
         window.SetPlanes({{{0, 0, 1}, 0.5}});
         window.SetCutting(true);
-    });
+    };
+    const QImage whole = application->Picture3D();
+    application->ChangeView(cut);
+    const QImage section = application->Picture3D();
+    ASSERT_NE(section, whole);
+    ASSERT_TRUE(application->Open(std::filesystem::path(KESTRANE_SAMPLES) / "Gartenpavillon.ifc"));
+    application->ChangeView(cut);
     ASSERT_TRUE(queue.RunUntil([this] { return !application->IsShaping(); }, 60s));
-    EXPECT_FALSE(application->Window3D().IsCutting());
-    EXPECT_EQ(application->Picture3D(), whole);
+    EXPECT_EQ(application->Picture3D(), section) << "seen as a whole, and cut";
+    application->Open(std::filesystem::path(KESTRANE_SAMPLES) / "Gartenpavillon.ifc");
+    Camera chosen;
+    chosen.position = {20, 20, 20};
+    application->ChangeView([&](ModelWindow& window) { window.SetCamera(chosen); });
+    ASSERT_TRUE(queue.RunUntil([this] { return !application->IsShaping(); }, 60s));
+    EXPECT_EQ(application->Window3D().CurrentCamera(), chosen);
 }
 
 TEST_F(WindowCallsTest, ShowingBringsThe3DWindowToTheFrontAndFillsTheFilter) {
