@@ -3,6 +3,7 @@ import { Host } from "./host.js";
 import { proposedFileName } from "./logic/file-name.js";
 import { readHostInfo } from "./logic/host-info.js";
 import * as memory from "./memory.js";
+import { ModelWork } from "./models.js";
 import { Pictures } from "./pictures.js";
 import { Selection } from "./selection.js";
 import { Service } from "./service.js";
@@ -11,13 +12,15 @@ import { Upload } from "./upload.js";
 import { Value } from "./value.js";
 import { mainView } from "./views/main.js";
 import { signInView } from "./views/sign-in.js";
+import { views } from "./views/tabs.js";
 import { ViewpointWork } from "./viewpoints.js";
 
 const root = document.getElementById("app");
 const project = new Value("");
 const chosenProject = new Value(null);
 const place = new Value(null);
-const view = new Value(memory.shownView.get() === "issues" ? "issues" : "documents");
+const view = new Value(views.includes(memory.shownView.get()) ? memory.shownView.get() : views[0]);
+const modelChoices = new Map();
 const draft = new Value({ fileName: "", onlyVisible: false });
 let screen = new AbortController();
 
@@ -29,6 +32,7 @@ document.title = text("app.title");
 
 const service = new Service(info ? info.apiBase : new URL("api/", document.baseURI).href);
 const upload = new Upload(host, service, memory.pendingUpload);
+const modelWork = new ModelWork(host, service, memory.pendingModels, () => takeProjectName(true));
 const pictures = new Pictures(service);
 const viewpoints = new ViewpointWork(host, service, pictures);
 const selection = new Selection(host);
@@ -44,18 +48,20 @@ view.watch((shown) => memory.shownView.set(shown));
 
 await openScreen();
 if (host) {
+    modelWork.resume(); // before the calls that came meanwhile
     window.listenToPageCalls({
         RequestFileName: () => takeProjectName(false),
         CompleteExportModel: () => upload.complete(),
         FailExportModel: () => upload.fail(),
         InsertViewpoint: () => viewpoints.insert(),
+        CompleteImportModels: () => modelWork.complete(),
         UpdateSelectedElements: () => selection.update(),
     });
     await takeProjectName(true);
     await upload.resume();
 }
 
-/** Learns the open project's name; what was filled in for this very project may be kept. */
+/** Learns and gives the open project's name; what was filled in for this very project may be kept. */
 async function takeProjectName(keepDraft) {
     const name = await host.projectName().catch(() => "");
     const kept = memory.draft.get();
@@ -66,6 +72,7 @@ async function takeProjectName(keepDraft) {
         draft.set({ ...draft.get(), fileName: proposedFileName(name) });
     }
     await host.registerFileName(name).catch(() => {});
+    return name;
 }
 
 async function openScreen() {
@@ -115,6 +122,8 @@ function showMain(user) {
             info,
             service,
             upload,
+            modelWork,
+            modelChoices,
             pictures,
             viewpoints,
             selection,
@@ -128,6 +137,7 @@ function showMain(user) {
             onSignOut() {
                 service.signOut().catch(() => {});
                 upload.forget();
+                modelWork.forget();
                 viewpoints.dismiss();
                 showSignIn();
             },

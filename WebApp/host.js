@@ -44,6 +44,24 @@ export class Host {
         return String((await KESTAPI.GetIfcDocuments()) ?? "");
     }
 
+    /** Path of the folder into which the host downloads models; empty when there is none. */
+    async resourceFolder() {
+        return String((await KESTAPI.GetResourceFolder()) ?? "");
+    }
+
+    /**
+     * Has the host download models that it does not have yet; it calls CompleteImportModels in the page when all
+     * downloads have ended, however they ended. modelInfos: [{ id, name, version, extension }].
+     */
+    async importModels({ token, modelInfos }) {
+        return KESTAPI.ImportIfcFiles(JSON.stringify({ token, modelInfos }));
+    }
+
+    /** Opens the downloaded models and merges them into the last one; answers when that is done, or has failed. */
+    openModels() {
+        return KESTAPI.OpenIfcModels();
+    }
+
     /** From now on the host calls UpdateSelectedElements when the selection changed, or no longer. */
     watchSelection(watched) {
         return KESTAPI.AddComponent(watched);

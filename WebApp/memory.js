@@ -1,4 +1,4 @@
-// What the page remembers: the sign-in, a running upload and the view until the host is left; choices for good.
+// What the page remembers: the sign-in, what is under way and the view until the host is left; choices for good.
 
 function remembered(store, name) {
     const key = `kestrane.${name}`;
@@ -30,9 +30,11 @@ const local = () => window.localStorage;
 export const signedIn = remembered(session, "signedIn");
 /** The upload under way, see upload.js. */
 export const pendingUpload = remembered(session, "upload");
+/** The opening of models under way, see models.js. */
+export const pendingModels = remembered(session, "models");
 /** { project, fileName, onlyVisible }: what was filled in, and for which open project. */
 export const draft = remembered(session, "draft");
-/** Which of its views the page shows: "documents" or "issues". */
+/** Which of its views the page shows: "documents", "models" or "issues". */
 export const shownView = remembered(session, "view");
 /** { user, projectId, folderId } chosen last. */
 export const choices = remembered(local, "choices");

@@ -9,6 +9,7 @@
         "CompleteExportModel",
         "FailExportModel",
         "InsertViewpoint",
+        "CompleteImportModels",
         "UpdateSelectedElements",
     ];
     for (const name of names) {

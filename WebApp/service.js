@@ -63,6 +63,11 @@ export class Service {
         return this.#content(`document/${encodeURIComponent(documentId)}`, "blob");
     }
 
+    /** The project's IFC models with all their versions, newest first, sorted by name. */
+    models(projectId) {
+        return this.#json("GET", `models?projectId=${encodeURIComponent(projectId)}`);
+    }
+
     /** The project's issues, newest first. */
     topics(projectId) {
         return this.#json("GET", `projects/${encodeURIComponent(projectId)}/topics`);

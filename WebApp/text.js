@@ -20,6 +20,8 @@ export const texts = {
         "noHost.title": "Open inside Archicad",
         "noHost.body":
             "To upload your model, open this page in the Kestrane palette. Documents can be read here as well.",
+        "noHost.models":
+            "To open models, open this page in the Kestrane palette. They are listed here as well.",
         "noHost.issues":
             "To take and open viewpoints, open this page in the Kestrane palette. Issues can be read and written here as well.",
 
@@ -81,7 +83,39 @@ export const texts = {
 
         "tabs.label": "Views",
         "tabs.documents": "Documents",
+        "tabs.models": "Models",
         "tabs.issues": "Issues",
+
+        "models.heading": "Models",
+        "models.refresh": "Refresh",
+        "models.loading": "Loading models…",
+        "models.noProject": "Choose or create a project to see its models.",
+        "models.empty": "No models in this project",
+        "models.emptyHelp": "Upload one under Documents, then open it here.",
+        "models.retry": "Try again",
+        "models.versionOf": "Version of {name}",
+        "models.mergeInto": "Merge into",
+        "models.mergesOne": "{names} is merged into “{into}”.",
+        "models.mergesMany": "{names} are merged into “{into}”, in this order.",
+        "models.open": "Open in Archicad",
+        "models.openCount": "Open in Archicad ({count})",
+        "models.replaces": "Replaces the project that is open in Archicad.",
+        "models.downloading": "Downloading…",
+        "models.downloadingHelp": "Then Archicad opens what was downloaded. Save your work before.",
+        "models.opening": "Archicad is opening…",
+        "models.openingHelp": "Close the message that Archicad shows. Opening can take minutes.",
+        "models.done": "Opened",
+        "models.mergedOne": "{names} was merged into it.",
+        "models.mergedMany": "{names} were merged into it.",
+        "models.failed": "Not opened",
+        "models.noFolder":
+            "Archicad has no folder for downloaded models. Check that the disk has space and that you may write to your user folder, then try again.",
+        "models.expired":
+            "Your sign-in ended during the download. Delete what was just downloaded from {folder}, since it may be incomplete; sign in and open the models again.",
+        "models.notOpened":
+            "“{name}” could not be opened; Archicad has said why. If the file is damaged, delete “{file}” from {folder} and open the model again: it is then downloaded anew.",
+        "models.stoppedWaiting":
+            "Archicad has not reported the end of the downloads or of the opening. Check that the service is running and wait a moment, then open the models again; what is there already is not downloaded again.",
 
         "topics.heading": "Issues",
         "topics.new": "New issue",
@@ -188,6 +222,8 @@ export const texts = {
         "noHost.title": "In Archicad öffnen",
         "noHost.body":
             "Um Ihr Modell hochzuladen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
+        "noHost.models":
+            "Um Modelle zu öffnen, öffnen Sie diese Seite in der Kestrane-Palette. Aufgelistet werden sie auch hier.",
         "noHost.issues":
             "Um Viewpoints aufzunehmen und zu öffnen, öffnen Sie diese Seite in der Kestrane-Palette. Aufgaben können Sie auch hier lesen und schreiben.",
 
@@ -250,7 +286,39 @@ export const texts = {
 
         "tabs.label": "Ansichten",
         "tabs.documents": "Dokumente",
+        "tabs.models": "Modelle",
         "tabs.issues": "Aufgaben",
+
+        "models.heading": "Modelle",
+        "models.refresh": "Aktualisieren",
+        "models.loading": "Modelle werden geladen…",
+        "models.noProject": "Wählen Sie ein Projekt, um seine Modelle zu sehen, oder legen Sie eines an.",
+        "models.empty": "Keine Modelle in diesem Projekt",
+        "models.emptyHelp": "Laden Sie eines unter Dokumente hoch, dann können Sie es hier öffnen.",
+        "models.retry": "Erneut versuchen",
+        "models.versionOf": "Version von {name}",
+        "models.mergeInto": "Einfügen in",
+        "models.mergesOne": "{names} wird in „{into}“ eingefügt.",
+        "models.mergesMany": "{names} werden in dieser Reihenfolge in „{into}“ eingefügt.",
+        "models.open": "In Archicad öffnen",
+        "models.openCount": "In Archicad öffnen ({count})",
+        "models.replaces": "Ersetzt das in Archicad geöffnete Projekt.",
+        "models.downloading": "Wird heruntergeladen…",
+        "models.downloadingHelp": "Danach öffnet Archicad das Heruntergeladene. Sichern Sie vorher Ihre Arbeit.",
+        "models.opening": "Archicad öffnet…",
+        "models.openingHelp": "Schließen Sie die Meldung von Archicad. Das Öffnen kann Minuten dauern.",
+        "models.done": "Geöffnet",
+        "models.mergedOne": "{names} wurde eingefügt.",
+        "models.mergedMany": "{names} wurden eingefügt.",
+        "models.failed": "Nicht geöffnet",
+        "models.noFolder":
+            "Archicad hat keinen Ordner für heruntergeladene Modelle. Prüfen Sie, ob der Datenträger Platz hat und Sie in Ihren Benutzerordner schreiben dürfen, und versuchen Sie es erneut.",
+        "models.expired":
+            "Ihre Anmeldung ist während des Herunterladens abgelaufen. Löschen Sie das gerade Heruntergeladene aus {folder}, denn es kann unvollständig sein; melden Sie sich an und öffnen Sie die Modelle erneut.",
+        "models.notOpened":
+            "„{name}“ konnte nicht geöffnet werden; Archicad hat gesagt, warum. Ist die Datei beschädigt, löschen Sie „{file}“ aus {folder} und öffnen Sie das Modell erneut: Es wird dann neu heruntergeladen.",
+        "models.stoppedWaiting":
+            "Archicad hat das Ende des Herunterladens oder Öffnens nicht gemeldet. Prüfen Sie, ob der Dienst läuft, und warten Sie einen Moment; öffnen Sie die Modelle dann erneut. Was schon da ist, wird nicht noch einmal heruntergeladen.",
 
         "topics.heading": "Aufgaben",
         "topics.new": "Neue Aufgabe",

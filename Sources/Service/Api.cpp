@@ -1,5 +1,7 @@
 #include "Service/Api.hpp"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
@@ -40,8 +42,10 @@ bool ChangesNothing(const httplib::Request& request) {
     return request.method == "GET" || request.method == "HEAD";
 }
 
-bool IsPng(std::string_view name) {
-    return name.ends_with(".png");
+std::string TypeOf(const std::string& name) {
+    const char* ending = name.c_str() + std::min(name.size(), name.rfind('.'));
+    if (strcasecmp(ending, ".png") == 0) return "image/png";
+    return strcasecmp(ending, ".ifc") == 0 ? "application/x-step" : "application/octet-stream";
 }
 
 // Writes the form's one file into `incoming` and returns its name.
@@ -191,7 +195,7 @@ void Api::AddResource(const Request& request, Response& response, const Body& bo
 void Api::SendStored(const std::string& id, const std::optional<std::string>& name,
                      Response& response) const {
     if (!name) throw HttpError(404, "There is nothing with this id.");
-    SendFile(response, parts.vault.PathOf(id), IsPng(*name) ? "image/png" : "application/octet-stream");
+    SendFile(response, parts.vault.PathOf(id), TypeOf(*name));
     response.set_header("Content-Disposition", AttachmentHeader(*name));
 }
 
@@ -227,9 +231,7 @@ void Api::Register(HttpServer& server) const {
     server.Get("/api/document/([^/]+)", [this](const Request& request, Response& response) {
         SendStored(request.matches[1], parts.library.DocumentName(request.matches[1]), response);
     });
-    server.Get("/api/resource/([^/]+)", [this](const Request& request, Response& response) {
-        SendStored(request.matches[1], parts.library.ResourceName(request.matches[1]), response);
-    });
+    RegisterModels(server);
     RegisterTopics(server);
     server.Get("/(?!api/).*", [this](const Request& request, Response& response) {
         parts.webRoot.Send(request.path, response);

@@ -11,6 +11,7 @@
 #include "Service/http/HttpServer.hpp"
 #include "Service/store/Accounts.hpp"
 #include "Service/store/Library.hpp"
+#include "Service/store/Models.hpp"
 #include "Service/store/Topics.hpp"
 #include "Service/store/Vault.hpp"
 
@@ -22,6 +23,7 @@ class Api {
     struct Parts {
         Accounts& accounts;
         Library& library;
+        Models& models;
         Topics& topics;
         const Vault& vault;
         const WebRoot& webRoot;
@@ -61,6 +63,10 @@ class Api {
     std::string RequireFolder(const Request& request) const;
     template <typename Record>
     void Receive(const Request& request, const Body& body, const Record& record) const;
+
+    void RegisterModels(HttpServer& server) const;
+    void ListModels(const Request& request, Response& response) const;
+    void SendResource(const Request& request, Response& response) const;
 
     void RegisterTopics(HttpServer& server) const;
     Topic RequireTopic(const Request& request) const;

@@ -30,6 +30,21 @@ Json ToJson(const Document& document) {
             {"folderId", document.folderId}};
 }
 
+Json ToJson(const Model& model) {
+    Json versions = Json::array();
+    for (const Document& version : model.versions) {
+        versions.push_back({{"id", version.id},
+                            {"version", version.version},
+                            {"size", version.size},
+                            {"created", TimeText(version.created)},
+                            {"author", version.author}});
+    }
+    return {{"name", model.name},
+            {"extension", model.extension},
+            {"folder", ToJson(model.folder)},
+            {"versions", std::move(versions)}};
+}
+
 Json ToJson(const Topic& topic) {
     return {{"id", topic.id},
             {"title", topic.text.title},

@@ -8,6 +8,7 @@
 
 #include "Service/store/Accounts.hpp"
 #include "Service/store/Library.hpp"
+#include "Service/store/Models.hpp"
 #include "Service/store/Topics.hpp"
 
 namespace service {
@@ -20,6 +21,7 @@ std::string TimeText(Time time);
 // The records as clients see them.
 Json ToJson(const Named& named);
 Json ToJson(const Document& document);
+Json ToJson(const Model& model);
 Json ToJson(const Topic& topic);
 Json ToJson(const Viewpoint& viewpoint);
 

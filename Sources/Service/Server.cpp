@@ -12,6 +12,7 @@
 #include "Service/store/Database.hpp"
 #include "Service/store/FolderLock.hpp"
 #include "Service/store/Library.hpp"
+#include "Service/store/Models.hpp"
 #include "Service/store/Topics.hpp"
 #include "Service/store/Vault.hpp"
 
@@ -53,11 +54,12 @@ struct Server::Running {
           database(RecordsFile(options.dataDir)),
           accounts(database),
           library(database),
+          models(database),
           topics(database),
           vault(options.dataDir),
           webRoot(options.webRoot),
-          api({accounts, library, topics, vault, webRoot, listener.IsLoopback(), options.allowedOrigins,
-               options.sessionLifetime, options.now}),
+          api({accounts, library, models, topics, vault, webRoot, listener.IsLoopback(),
+               options.allowedOrigins, options.sessionLifetime, options.now}),
           http(listener.Socket(), [this](const httplib::Request& request) { api.Guard(request); }) {
         vault.Sweep([this](const std::string& id) { return library.Knows(id) || topics.HasViewpoint(id); });
         if (library.Projects().empty()) library.AddProject("Demo project", {"Models", "Documents"});
@@ -73,6 +75,7 @@ struct Server::Running {
     Database database;
     Accounts accounts;
     Library library;
+    Models models;
     Topics topics;
     Vault vault;
     WebRoot webRoot;

@@ -28,6 +28,11 @@ export function formatDate(created, language) {
     );
 }
 
+/** Names in a row: "A, B and C". */
+export function formatList(names, language) {
+    return new Intl.ListFormat(locales[language]).format(names);
+}
+
 /** A running time: "8 s", "2 min 05 s". */
 export function formatElapsed(milliseconds) {
     const seconds = Math.max(0, Math.floor(milliseconds / 1000));

@@ -12,7 +12,7 @@ export function documentsView({ service, place, upload, signal }) {
         id: "refresh-documents",
     });
     const said = element("div", { role: "status" });
-    const list = element("ul", { id: "documents", "aria-labelledby": "documents-heading" });
+    const list = element("ul", { id: "documents", class: "rows", "aria-labelledby": "documents-heading" });
 
     function show(documents) {
         const fresh = upload.status.get().document?.id;

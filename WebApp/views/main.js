@@ -3,6 +3,7 @@ import { text } from "../text.js";
 import { documentsView } from "./documents.js";
 import { hostInfoView } from "./host-info.js";
 import { issuesView } from "./issues.js";
+import { modelsView } from "./models.js";
 import { placesView } from "./places.js";
 import { selectionView } from "./selection.js";
 import { tabsView } from "./tabs.js";
@@ -23,6 +24,7 @@ export function mainView({ user, onSignOut, ...parts }) {
             { class: "column" },
             placesView(parts),
             shownIn("documents", host ? uploadView(parts) : noHost(text("noHost.body"))),
+            host ? null : shownIn("models", noHost(text("noHost.models"))),
             host ? null : shownIn("issues", noHost(text("noHost.issues"))),
             shownIn("issues", issuesView(parts)),
         ),
@@ -30,6 +32,7 @@ export function mainView({ user, onSignOut, ...parts }) {
             "div",
             { class: "column" },
             shownIn("documents", documentsView(parts)),
+            shownIn("models", modelsView(parts)),
             host ? shownIn("issues", selectionView(parts)) : null,
         ),
     );

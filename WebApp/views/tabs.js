@@ -1,16 +1,21 @@
 import { element, icon } from "../dom.js";
 import { text } from "../text.js";
 
-/** The choice between the page's views; `view` is "documents" or "issues". */
+const pictures = { documents: "folder", models: "model", issues: "issue" };
+
+/** The names of the page's views. */
+export const views = Object.keys(pictures);
+
+/** The choice between the page's views; `view` is the name of the shown one. */
 export function tabsView({ view, signal }) {
-    const tab = (name, picture) =>
+    const tab = (name) =>
         element(
             "button",
             { id: `tab-${name}`, type: "button", onclick: () => view.set(name) },
-            icon(picture),
+            icon(pictures[name]),
             text(`tabs.${name}`),
         );
-    const tabs = { documents: tab("documents", "model"), issues: tab("issues", "issue") };
+    const tabs = Object.fromEntries(views.map((name) => [name, tab(name)]));
     view.watch((shown) => {
         for (const [name, button] of Object.entries(tabs)) {
             if (name === shown) button.setAttribute("aria-current", "page");

@@ -1,9 +1,8 @@
 import { element, icon, iconButton, notice } from "../dom.js";
 import { checkFileName } from "../logic/file-name.js";
-import { formatElapsed, formatSize } from "../logic/format.js";
+import { formatSize } from "../logic/format.js";
 import { language, text } from "../text.js";
-
-const patience = 60000; // after this long the person may stop waiting
+import { running } from "./running.js";
 
 /** The "Upload model" card: `draft` holds { fileName, onlyVisible }, `upload` does the work. */
 export function uploadView({ upload, project, place, draft, signal }) {
@@ -112,7 +111,16 @@ export function uploadView({ upload, project, place, draft, signal }) {
 function statusContent(now, upload, signal) {
     switch (now.state) {
         case "running":
-            return [running(now, upload, signal)];
+            return [
+                running({
+                    now,
+                    status: upload.status,
+                    said: text("upload.running"),
+                    help: text("upload.runningHelp"),
+                    stop: () => upload.stopWaiting(),
+                    signal,
+                }),
+            ];
         case "done":
             return [closable(done(now.document), upload)];
         case "failed":
@@ -125,32 +133,6 @@ function statusContent(now, upload, signal) {
         default:
             return [];
     }
-}
-
-function running({ since }, upload, signal) {
-    // Not announced: a count read out every second would drown everything else.
-    const elapsed = element("span", { class: "elapsed", "aria-hidden": "true" });
-    const stop = element(
-        "button",
-        { type: "button", class: "link", hidden: true, onclick: () => upload.stopWaiting() },
-        text("upload.stop"),
-    );
-    const view = element(
-        "div",
-        { class: "running" },
-        element("div", { class: "between" }, element("span", {}, text("upload.running")), elapsed),
-        element("div", { class: "bar" }),
-        element("div", { class: "between quiet" }, element("span", {}, text("upload.runningHelp")), stop),
-    );
-    const tick = () => {
-        const time = Date.now() - since;
-        elapsed.textContent = formatElapsed(time);
-        stop.hidden = time < patience;
-        if (signal.aborted || upload.status.get().since !== since) clearInterval(timer);
-    };
-    const timer = setInterval(tick, 1000);
-    tick();
-    return view;
 }
 
 function done({ name, size, version }) {
