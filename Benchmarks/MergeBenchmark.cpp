@@ -92,9 +92,8 @@ void Measure(std::size_t megabytes) {
     const std::size_t before3 = application.OpenProject().Elements().size();
     const double creating = Seconds([&] {
         for (API_Element& record : records) {
-            Expect(ACAPI_CallUndoableCommand("Create Element", [&] {
-                       return ACAPI_Element_Create(&record, nullptr);
-                   }) == NoError);
+            Expect(ACAPI_CallUndoableCommand(
+                       "Create Element", [&] { return ACAPI_Element_Create(&record, nullptr); }) == NoError);
         }
     });
     const double merging = Seconds([&] { queue.RunPending(); });
