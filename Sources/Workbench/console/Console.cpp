@@ -356,6 +356,9 @@ Console::Json Console::Quit(const Json&) {
 
 void Console::ProjectReady(const MeshOutcome& outcome) {
     if (!outcome.detail.empty()) Write({{"event", "log"}, {"text", outcome.detail}});
+}
+
+void Console::ProjectOpened() {
     Write({{"event", "notification"}, {"name", "project-opened"}});
 }
 

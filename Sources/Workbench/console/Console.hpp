@@ -30,6 +30,7 @@ class Console : public QObject, public ApplicationObserver {
     std::optional<short> OnAlert(const hostkit::dg::AlertTexts& texts);
 
     void ProjectReady(const MeshOutcome& outcome) override;
+    void ProjectOpened() override;
     void ProjectEdited() override;
     void SelectionChanged() override;
     void MenuFlagsChanged() override;
