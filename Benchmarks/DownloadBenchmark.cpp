@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <limits>
@@ -18,6 +17,7 @@
 
 #include "HostKit/DG/RecordingDriver.hpp"
 #include "HostKit/GSRoot/ThreadRegister.hpp"
+#include "Measuring.hpp"
 #include "ServiceProcess.hpp"
 #include "Workbench/api/Application.hpp"
 #include "palette/KestranePalette.hpp"
@@ -35,14 +35,6 @@ std::string Output(const std::string& command) {
     while (std::fgets(piece, sizeof piece, pipe.get()))
         text += piece;
     return text;
-}
-
-template <typename Work>
-double Seconds(const Work& work) {
-    sync();  // no earlier run's writing is waited for in this one
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
 void Measure(const fs::path& dir, std::size_t models, std::size_t mebibytes, int rounds) {
@@ -89,6 +81,7 @@ void Measure(const fs::path& dir, std::size_t models, std::size_t mebibytes, int
         if (std::system(command.c_str()) != 0) throw std::runtime_error("curl failed");
     };
     const auto measured = [&](double& best, const auto& download) {
+        sync();  // no earlier run's writing is waited for in this one
         best = std::min(best, Seconds(download));
         std::size_t whole = 0;
         for (const auto& file : fs::directory_iterator(folder)) {

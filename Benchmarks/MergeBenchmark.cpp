@@ -2,46 +2,28 @@
 // it, and to undo all that. Without shapes. Each size is measured in a process of its own.
 // Usage: MergeBenchmark [megabytes of each model]
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "ACAPinc.h"
 #include "HostKit/DG/RecordingDriver.hpp"
+#include "Measuring.hpp"
 #include "SyntheticModel.hpp"
 #include "Workbench/api/Application.hpp"
 
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
-
-void Expect(bool right, int line = __builtin_LINE()) {
-    if (right) return;
-    std::fprintf(stderr, "A measured step went wrong, line %d.\n", line);
-    std::exit(1);
-}
-
-double Seconds(const std::function<void()>& job) {
-    const auto begin = Clock::now();
-    job();
-    return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
-double PeakMegabytes() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmHWM:")) return std::strtod(line.c_str() + 6, nullptr) / 1024;
-    return 0;
-}
+using benchmarks::Expect;
+using benchmarks::PeakMegabytes;
+using benchmarks::Seconds;
 
 void Open(const fs::path& file) {
     IO::Location location{GS::UniString(file.c_str(), CC_UTF8)};
@@ -130,15 +112,5 @@ int main(int argc, char** argv) {
     }
     std::printf("%9s %10s %11s %10s %11s %10s %10s %12s\n", "created", "open three", "one command", "merge",
                 "an element", "undo one", "undo rest", "memory/files");
-    std::fflush(stdout);
-    for (const char* megabytes : {"2", "7", "20", "50"}) {
-        const pid_t child = fork();
-        if (child == 0) {
-            execl("/proc/self/exe", argv[0], megabytes, nullptr);
-            std::_Exit(1);
-        }
-        int status = 0;
-        if (waitpid(child, &status, 0) < 0 || status != 0) return 1;
-    }
-    return 0;
+    return benchmarks::RunForEach(argv[0], {"2", "7", "20", "50"});
 }

@@ -6,13 +6,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "Measuring.hpp"
 #include "ServiceProcess.hpp"
 #include "transfer/BaseExport.hpp"
 
@@ -42,14 +42,6 @@ class Upload : public BaseExport {
     std::string file;
 };
 
-template <typename Work>
-double Seconds(const Work& work) {
-    sync();  // no earlier run's writing is waited for in this one
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
 void Measure(const fs::path& dir, size_t mebibytes, int rounds) {
     const fs::path file = dir / "model.ifc";
     WriteFile(file, mebibytes);
@@ -75,6 +67,7 @@ void Measure(const fs::path& dir, size_t mebibytes, int rounds) {
     service.ForgetPeak();
     const double before = service.PeakMiB();
     const auto measured = [&](double& best, const auto& upload) {
+        sync();  // no earlier run's writing is waited for in this one
         best = std::min(best, Seconds(upload));
         for (const auto& stored : fs::directory_iterator(dir / "data/stored"))
             fs::remove(stored);
