@@ -190,11 +190,11 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
     for (const auto& item : driver.PageObject()->GetItemTable())
         names.push_back(ToText(*item.key));
     EXPECT_EQ(ToText(driver.PageObject()->GetName()), "KESTAPI");
-    EXPECT_THAT(names,
-                ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement", "GetElementNames",
-                            "AlertAPI", "SelectViewpoint", "GetSelectedElements", "AddComponent",
-                            "AddViewpoint", "RegisterIfcFileName", "RequestFileName", "GetIfcFile",
-                            "GetApplicationInfo", "ExportIFCModel", "GetIfcDocuments", "ExportSnapshot"));
+    EXPECT_THAT(names, ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement",
+                                   "GetElementNames", "AlertAPI", "SelectViewpoint", "GetSelectedElements",
+                                   "AddComponent", "AddViewpoint", "ImportIfcModel", "RegisterIfcFileName",
+                                   "RequestFileName", "GetIfcFile", "GetApplicationInfo", "ImportIfcFiles",
+                                   "OpenIfcModels", "ExportIFCModel", "GetIfcDocuments", "ExportSnapshot"));
 }
 
 TEST_F(AddOnTest, AlertShowsThePagesText) {
