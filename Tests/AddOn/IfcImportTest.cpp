@@ -244,8 +244,8 @@ TEST_F(IfcImportTest, AlertInThePersonsLanguageBeforeTheFirstModel) {
     for (const auto& [language, text] : {std::pair("GER", german), {"AUT", english}, {"", english}}) {
         host.language = language;
         if (host.language.empty()) Faults().FailCall("APIEnv_ApplicationID", 1, APIERR_GENERAL);
-        host.whileOpening = [&] {
-            EXPECT_EQ(ToText(driver.Alerts().back().large), text) << language;
+        host.whileOpening = [this, text = text] {
+            EXPECT_EQ(ToText(driver.Alerts().back().large), text);
             HaveDownloaded({"/b.ifc"});
         };
         HaveDownloaded({"/a.ifc"});
