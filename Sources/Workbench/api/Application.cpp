@@ -74,6 +74,8 @@ class Application::Work {
 };
 
 Application::OpenOutcome Application::Open(const std::filesystem::path& file, Who who) {
+    // Who stopped one opening of an add-on's call has stopped them all.
+    if (who == Who::addOn && addOnMayLeave == false) return OpenOutcome::kept;
     if (!MayLeaveProject(who)) return OpenOutcome::kept;
     OpenResult opened;
     {
@@ -81,7 +83,10 @@ Application::OpenOutcome Application::Open(const std::filesystem::path& file, Wh
         opened = OpenIfc(file, work.OnProgress());
     }
     if (!opened.project) {
-        if (!opened.refusal) return OpenOutcome::kept;
+        if (!opened.refusal) {
+            if (who == Who::addOn) RememberForAddOn(false);
+            return OpenOutcome::kept;
+        }
         ShowAlert(say("The model was not opened.", "Das Modell wurde nicht geöffnet."),
                   Describe(*opened.refusal, settings.language));
         return OpenOutcome::failed;

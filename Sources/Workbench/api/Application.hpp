@@ -186,6 +186,7 @@ class Application {
     void Replace(std::shared_ptr<const Project> edited);
     void TellRefused();
     bool SaveBeforeLeaving();
+    void RememberForAddOn(bool mayLeave);
 
     void Replace(std::shared_ptr<const Project> opened, Who who);
     void ShapeAll();

@@ -42,6 +42,7 @@ void EditHistory::Prepare() {
     if (globalIds) return;
     globalIds.emplace(base->Document());
     copies.clear();
+    partsOf.clear();
     for (std::size_t entry = 0; entry < entries.size(); ++entry) {
         globalIds->Take(entries[entry].element.globalId);
         Note(entry);

@@ -70,13 +70,18 @@ void Application::TellRefused() {
     const std::size_t count = std::exchange(refused, 0U);
     if (count == 0) return;
     const std::string from = std::exchange(refusedFrom, nullptr)->Schema();
-    ShowAlert(
-        std::to_string(count) + say(" elements were not created.", " Elemente wurden nicht erzeugt."),
-        say("They come from a model of the IFC version ", "Sie stammen aus einem Modell der IFC-Version ") +
-            from + say(", the open project is ", ", das geöffnete Projekt ist ") + project->Schema() +
-            say(". Export all models in the same version, IFC2X3 or IFC4, and merge them again.",
-                ". Exportieren Sie alle Modelle in derselben Version, IFC2X3 oder IFC4, und führen Sie "
-                "sie neu zusammen."));
+    const std::string reason =
+        from == project->Schema()
+            ? say("Models of the IFC version ", "Modelle der IFC-Version ") + from +
+                  say(" can be opened, but not edited.", " lassen sich öffnen, aber nicht bearbeiten.")
+            : say("They come from a model of the IFC version ",
+                  "Sie stammen aus einem Modell der IFC-Version ") +
+                  from + say(", the open project is ", ", das geöffnete Projekt ist ") + project->Schema() +
+                  ".";
+    ShowAlert(std::to_string(count) + say(" elements were not created.", " Elemente wurden nicht erzeugt."),
+              reason + say(" Export all models in the same version, IFC2X3 or IFC4, and merge them again.",
+                           " Exportieren Sie alle Modelle in derselben Version, IFC2X3 oder IFC4, und führen "
+                           "Sie sie neu zusammen."));
 }
 
 bool Application::MayLeaveProject(Who who) {
@@ -93,11 +98,13 @@ bool Application::MayLeaveProject(Who who) {
           hostkit::ToUniString(say("Don't Save", "Nicht sichern")),
           hostkit::ToUniString(say("Cancel", "Abbrechen"))}});
     const bool may = answer == discard || (answer == save && SaveBeforeLeaving());
-    if (who == Who::addOn) {
-        addOnMayLeave = may;
-        queue.Post([this] { addOnMayLeave.reset(); });
-    }
+    if (who == Who::addOn) RememberForAddOn(may);
     return may;
+}
+
+void Application::RememberForAddOn(bool mayLeave) {
+    addOnMayLeave = mayLeave;
+    queue.Post([this] { addOnMayLeave.reset(); });
 }
 
 // A model that came from the service is kept as it came: opened again, it must not hold what was merged into

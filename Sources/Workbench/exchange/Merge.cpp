@@ -4,6 +4,7 @@
 #include <map>
 
 #include "Workbench/exchange/merge/Import.hpp"
+#include "Workbench/project/Classes.hpp"
 #include "Workbench/step/Arguments.hpp"
 
 namespace workbench {
@@ -38,8 +39,10 @@ std::vector<Group> GroupsOf(std::span<const NewElement> elements, uint64_t& next
     return groups;
 }
 
-bool CanBeEdited(const std::string& schema) {
-    return schema.starts_with("IFC2X") || schema == "IFC4" || schema.starts_with("IFC4_");
+/// What records may stand in one file; empty for schemas that are only read.
+std::string_view FamilyOf(const std::string& schema) {
+    if (schema.starts_with("IFC2X")) return "IFC2X";
+    return schema == "IFC4" || schema.starts_with("IFC4_") ? "IFC4" : "";
 }
 
 /// The base's records as they are, and behind them those that come; also tells which elements had other
@@ -83,7 +86,11 @@ std::shared_ptr<const step::Document> MergedDocument(const Project& base,
 }  // namespace
 
 UsedGlobalIds::UsedGlobalIds(const step::Document& document) {
+    std::vector<bool> isRooted;
+    for (const std::string& type : document.TypeNames())
+        isRooted.push_back(IsRootedClass(type));
     for (const step::Record& record : document.Records()) {
+        if (!isRooted[record.type]) continue;
         const std::string_view first = step::Argument(document.Text(record), 0);
         if (first.size() > 2 && first.front() == '\'')
             used.insert(KeyOf(std::string(first.substr(1, first.size() - 2))));
@@ -103,7 +110,8 @@ void UsedGlobalIds::Release(const std::string& globalId) {
 }
 
 bool CanMerge(const Project& into, const Project& from) {
-    return into.Schema() == from.Schema() && CanBeEdited(into.Schema());
+    const std::string_view family = FamilyOf(into.Schema());
+    return !family.empty() && family == FamilyOf(from.Schema());
 }
 
 std::shared_ptr<const Project> Merge(const Project& base, std::span<const NewElement> elements,

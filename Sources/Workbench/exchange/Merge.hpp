@@ -35,7 +35,7 @@ class UsedGlobalIds {
     std::unordered_set<API_Guid, GuidHash> used;
 };
 
-/// Whether elements of one project can be created in another: both have the same schema, IFC2x to IFC4.
+/// Whether elements of one project can be created in another: both are of IFC2x, or both of IFC4.
 bool CanMerge(const Project& into, const Project& from);
 
 /// The project with these elements in it, each with its placement, shapes, styles, type, materials, property
@@ -44,8 +44,8 @@ bool CanMerge(const Project& into, const Project& from);
 ///
 /// Sites and buildings become those of the base, storeys those with the same GlobalId, or name and elevation;
 /// others are created. Lengths, angles and measures are converted to the base's units; where both models
-/// carry a map conversion, elements come to lie where they are on the map, otherwise where they are in their
-/// coordinate system. Null when the progress function stopped it.
+/// carry a map conversion to the same coordinate system, elements come to lie where they are on the map,
+/// otherwise where they are in their coordinate system. Null when the progress function stopped it.
 std::shared_ptr<const Project> Merge(const Project& base, std::span<const NewElement> elements,
                                      const Progress& progress = {});
 

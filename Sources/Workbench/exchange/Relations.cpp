@@ -52,7 +52,7 @@ constexpr auto relations = std::to_array<Relation>({
     {"IFCRELINTERFERESELEMENTS", 4, 5, bothEnds},
     {"IFCRELPOSITIONS", 5, 4, bothEnds},
     {"IFCRELREFERENCEDINSPATIALSTRUCTURE", 4, 5, bothEnds},
-    {"IFCRELSERVICESBUILDINGS", 5, 4, bothEnds},
+    {"IFCRELSERVICESBUILDINGS", 4, 5, bothEnds},
     {"IFCRELSPACEBOUNDARY", 5, 4, bothEnds},
     {"IFCRELSPACEBOUNDARY1STLEVEL", 5, 4, bothEnds},
     {"IFCRELSPACEBOUNDARY2NDLEVEL", 5, 4, bothEnds},

@@ -246,6 +246,77 @@ std::string Upper(std::string_view name) {
     return upper;
 }
 
+/// Besides products, types and relations.
+constexpr auto otherRootedClasses = std::to_array<std::string_view>({
+    "IFCACTIONREQUEST",
+    "IFCACTOR",
+    "IFCASSET",
+    "IFCBUILDINGSYSTEM",
+    "IFCBUILTSYSTEM",
+    "IFCCOMPLEXPROPERTYTEMPLATE",
+    "IFCCONDITION",
+    "IFCCONDITIONCRITERION",
+    "IFCCONSTRUCTIONEQUIPMENTRESOURCE",
+    "IFCCONSTRUCTIONMATERIALRESOURCE",
+    "IFCCONSTRUCTIONPRODUCTRESOURCE",
+    "IFCCOSTITEM",
+    "IFCCOSTSCHEDULE",
+    "IFCCREWRESOURCE",
+    "IFCDISTRIBUTIONCIRCUIT",
+    "IFCDISTRIBUTIONSYSTEM",
+    "IFCDOORSTYLE",
+    "IFCELECTRICALBASEPROPERTIES",
+    "IFCELECTRICALCIRCUIT",
+    "IFCELEMENTQUANTITY",
+    "IFCENERGYPROPERTIES",
+    "IFCEQUIPMENTSTANDARD",
+    "IFCEVENT",
+    "IFCFLUIDFLOWPROPERTIES",
+    "IFCFURNITURESTANDARD",
+    "IFCGROUP",
+    "IFCINVENTORY",
+    "IFCLABORRESOURCE",
+    "IFCMOVE",
+    "IFCOCCUPANT",
+    "IFCORDERACTION",
+    "IFCPERFORMANCEHISTORY",
+    "IFCPERMEABLECOVERINGPROPERTIES",
+    "IFCPERMIT",
+    "IFCPROCEDURE",
+    "IFCPROJECT",
+    "IFCPROJECTLIBRARY",
+    "IFCPROJECTORDER",
+    "IFCPROJECTORDERRECORD",
+    "IFCPROPERTYSET",
+    "IFCPROPERTYSETTEMPLATE",
+    "IFCREINFORCEMENTDEFINITIONPROPERTIES",
+    "IFCSCHEDULETIMECONTROL",
+    "IFCSERVICELIFE",
+    "IFCSERVICELIFEFACTOR",
+    "IFCSIMPLEPROPERTYTEMPLATE",
+    "IFCSOUNDPROPERTIES",
+    "IFCSOUNDVALUE",
+    "IFCSPACEPROGRAM",
+    "IFCSPACETHERMALLOADPROPERTIES",
+    "IFCSTRUCTURALANALYSISMODEL",
+    "IFCSTRUCTURALLOADCASE",
+    "IFCSTRUCTURALLOADGROUP",
+    "IFCSTRUCTURALRESULTGROUP",
+    "IFCSUBCONTRACTRESOURCE",
+    "IFCSYSTEM",
+    "IFCTASK",
+    "IFCTIMESERIESSCHEDULE",
+    "IFCTYPEOBJECT",
+    "IFCTYPEPROCESS",
+    "IFCTYPEPRODUCT",
+    "IFCTYPERESOURCE",
+    "IFCWINDOWSTYLE",
+    "IFCWORKCALENDAR",
+    "IFCWORKPLAN",
+    "IFCWORKSCHEDULE",
+    "IFCZONE",
+});
+
 }  // namespace
 
 std::string_view ElementClass(std::string_view type) {
@@ -266,6 +337,13 @@ bool IsSpatialClass(std::string_view type) {
 bool IsProductClass(std::string_view type) {
     return !ElementClass(type).empty() || IsSpatialClass(type) ||
            std::ranges::find(otherProductClasses, type) != otherProductClasses.end();
+}
+
+bool IsRootedClass(std::string_view type) {
+    if (type.starts_with("IFCREL") && type != "IFCRELAXATION") return true;
+    if (type.ends_with("TYPE") || type.ends_with("LININGPROPERTIES") || type.ends_with("PANELPROPERTIES"))
+        return true;
+    return IsProductClass(type) || std::ranges::find(otherRootedClasses, type) != otherRootedClasses.end();
 }
 
 }  // namespace workbench

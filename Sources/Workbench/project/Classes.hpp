@@ -13,4 +13,7 @@ bool IsSpatialClass(std::string_view type);
 /// Everything with a place of its own: elements, spatial structure, openings, ports, annotations, grids...
 bool IsProductClass(std::string_view type);
 
+/// Everything with a GlobalId: products, types, relations, property sets, groups, processes...
+bool IsRootedClass(std::string_view type);
+
 }  // namespace workbench

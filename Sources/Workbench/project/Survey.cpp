@@ -21,6 +21,7 @@ struct MapConversion {
     enum : size_t { eastings, northings, height, abscissa, ordinate, scale, count };
     std::array<std::optional<double>, count> numbers;
     std::array<std::optional<double>, 3> units;  // of the first three, metres
+    std::string system;
 
     bool HasPlace() const { return numbers[eastings] || numbers[northings]; }
 };
@@ -49,8 +50,11 @@ MapConversion FromRecord(const step::Document& document, std::string_view text) 
     for (size_t at = 0; at < MapConversion::count; ++at)
         conversion.numbers[at] = Number(step::Argument(text, 2 + at));
     const step::Record* target = document.Find(step::AsReference(step::Argument(text, 1)).value_or(0));
-    if (target && document.TypeName(*target) == "IFCPROJECTEDCRS")
-        conversion.units.fill(UnitIn(document, step::Argument(document.Text(*target), 6)));
+    if (!target) return conversion;
+    const std::string_view system = document.Text(*target);
+    conversion.system = step::AsText(step::Argument(system, 0)).value_or("");
+    if (document.TypeName(*target) == "IFCPROJECTEDCRS")
+        conversion.units.fill(UnitIn(document, step::Argument(system, 6)));
     return conversion;
 }
 
@@ -88,16 +92,18 @@ std::optional<MapConversion> ConversionOf(const step::Document& document) {
 }  // namespace
 
 API_Tranmat SurveyTransformation(const Project& project) {
-    return SurveyTransformationIn(project).value_or(API_Tranmat{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0}});
+    const auto place = MapPlaceOf(project);
+    return place ? place->toMap : API_Tranmat{{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0}};
 }
 
-std::optional<API_Tranmat> SurveyTransformationIn(const Project& project) {
+std::optional<MapPlace> MapPlaceOf(const Project& project) {
     const auto conversion = ConversionOf(project.Document());
     if (!conversion) return std::nullopt;
     const auto number = [&](size_t at) { return conversion->numbers[at].value_or(0); };
 
     const double scale = conversion->numbers[MapConversion::scale].value_or(1);
-    const double otherUnit = scale > 0 && std::abs(scale - 1) > sameUnit ? 1 : project.LengthUnit();
+    const bool isDistortion = scale > 0 && std::abs(scale - 1) <= sameUnit;
+    const double otherUnit = scale > 0 && !isDistortion ? 1 : project.LengthUnit();
     const auto metres = [&](size_t at) { return number(at) * conversion->units[at].value_or(otherUnit); };
 
     double cosine = 1, sine = 0;
@@ -106,9 +112,11 @@ std::optional<API_Tranmat> SurveyTransformationIn(const Project& project) {
         cosine = number(MapConversion::abscissa) / length;
         sine = number(MapConversion::ordinate) / length;
     }
-    return API_Tranmat{{cosine, -sine, 0, metres(MapConversion::eastings),  //
-                        sine, cosine, 0, metres(MapConversion::northings),  //
-                        0, 0, 1, metres(MapConversion::height)}};
+    return MapPlace{.toMap = {{cosine, -sine, 0, metres(MapConversion::eastings),  //
+                               sine, cosine, 0, metres(MapConversion::northings),  //
+                               0, 0, 1, metres(MapConversion::height)}},
+                    .scale = isDistortion ? scale : 1,
+                    .system = conversion->system};
 }
 
 }  // namespace workbench

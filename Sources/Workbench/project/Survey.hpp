@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "APIdefs_Base.h"
 #include "Workbench/project/Project.hpp"
@@ -19,7 +20,15 @@ namespace workbench {
 /// tells that both units differ. A missing or unreadable number counts as 0, a direction of no length as no
 /// turn.
 API_Tranmat SurveyTransformation(const Project& project);
-/// The same; nothing when the model has neither.
-std::optional<API_Tranmat> SurveyTransformationIn(const Project& project);
+
+/// Where a model says it lies on the map.
+struct MapPlace {
+    API_Tranmat toMap;   // as SurveyTransformation
+    double scale = 1;    // of the projection: map metres in a metre of the model
+    std::string system;  // name of the coordinate system, such as "EPSG:25832"; may be empty
+};
+
+/// Nothing when the model has neither.
+std::optional<MapPlace> MapPlaceOf(const Project& project);
 
 }  // namespace workbench

@@ -195,7 +195,8 @@ std::string WithoutReferences(std::string_view text, const std::function<bool(ui
         out.append(from, to);
         return to;
     };
-    char before = '=';  // the last character that was not blank
+    // The last character that was not blank; a text that begins with '(' is a list.
+    char before = begin == text.data() ? ',' : '=';
     for (const char* p = begin; p < end;) {
         if (*p == '/' && p + 1 < end && p[1] == '*') {
             p = copyTo(p, SkipBlanks(p, end));

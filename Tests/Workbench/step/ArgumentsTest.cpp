@@ -60,6 +60,7 @@ TEST(StepArguments, AreReplacedAndRelievedOfReferences) {
     EXPECT_EQ(without("#1= IFCX('(#3,',/*#3*/#4,1.#INF,IFCY(#3));"),
               "#1= IFCX('(#3,',/*#3*/#4,1.#INF,IFCY($));");
     EXPECT_EQ(without("#1=(IFCA(#3)IFCB((#3,#4)));"), "#1=(IFCA($)IFCB((#4)));");
+    EXPECT_EQ(without("(#3,#4,#5)"), "(#4)") << "a list alone";
 }
 
 }  // namespace

@@ -158,15 +158,17 @@ uint64_t Conversion::MovedOrigin(Draft& draft) const {
 }
 
 std::optional<API_Tranmat> MoveBetween(const Project& from, const Project& to) {
-    const auto source = SurveyTransformationIn(from);
-    const auto target = SurveyTransformationIn(to);
+    const auto source = MapPlaceOf(from);
+    const auto target = MapPlaceOf(to);
     if (!source || !target) return std::nullopt;
-    const auto& a = source->tmx;
-    const auto& b = target->tmx;
+    const bool namesBoth = !source->system.empty() && !target->system.empty();
+    if (namesBoth && source->system != target->system) return std::nullopt;
+    const auto& a = source->toMap.tmx;
+    const auto& b = target->toMap.tmx;
     // Both turn about Z: the inverse of the target's turn is its transpose.
     const double cosine = b[0] * a[0] + b[4] * a[4];
     const double sine = b[0] * a[4] - b[4] * a[0];
-    const double dx = a[3] - b[3], dy = a[7] - b[7];
+    const double dx = (a[3] - b[3]) / target->scale, dy = (a[7] - b[7]) / target->scale;
     const API_Tranmat move = {{cosine, -sine, 0, b[0] * dx + b[4] * dy,  //
                                sine, cosine, 0, b[1] * dx + b[5] * dy,   //
                                0, 0, 1, a[11] - b[11]}};

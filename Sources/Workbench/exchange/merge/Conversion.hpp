@@ -35,7 +35,8 @@ class Conversion {
 };
 
 /// From the space of one project to that of another, metres: both are laid on the map. Nothing when one of
-/// them does not say where it is, or when there is no difference.
+/// them does not say where it is, when they name different coordinate systems, or when there is no
+/// difference.
 std::optional<API_Tranmat> MoveBetween(const Project& from, const Project& to);
 
 }  // namespace workbench

@@ -6,11 +6,10 @@
 #include "Workbench/exchange/merge/Conversion.hpp"
 #include "Workbench/project/Classes.hpp"
 #include "Workbench/step/Arguments.hpp"
+#include "Workbench/step/Text.hpp"
 
 namespace workbench {
 namespace {
-
-constexpr size_t globalIdLength = 22;
 
 std::vector<API_Guid> GuidsOf(std::span<const NewElement* const> elements) {
     std::vector<API_Guid> guids;
@@ -23,12 +22,6 @@ template <class Rows>
 auto FindRow(const Rows& rows, std::string_view type) {
     const auto row = std::ranges::find(rows, type, &Rows::value_type::type);
     return row == rows.end() ? nullptr : &*row;
-}
-
-/// The GlobalId of a rooted record, in its apostrophes; empty for others.
-std::string_view QuotedGlobalId(std::string_view text) {
-    const std::string_view first = step::Argument(text, 0);
-    return first.size() == globalIdLength + 2 && first.front() == '\'' ? first : std::string_view();
 }
 
 }  // namespace
@@ -49,23 +42,35 @@ Import::Import(MergeTarget& target, const Project& source, std::span<const NewEl
       places(PlacesOf(source)),
       draft(source.Document(), SubsetOf(source, GuidsOf(elements))) {
     const std::optional<API_Tranmat> move = MoveBetween(source, target.base);
-    map = MapPlaces(target.places, source, places, move ? move->tmx[11] : 0);
+    lift = move ? move->tmx[11] : 0;
+    map = MapPlaces(target.places, source, places, lift);
     for (const NewElement* element : elements)
         globalIds.emplace(element->like->record, element->globalId);
 
     std::vector<bool> isProduct;
-    for (const std::string& type : document.TypeNames())
+    for (const std::string& type : document.TypeNames()) {
         isProduct.push_back(IsProductClass(type));
+        isRooted.push_back(IsRootedClass(type));
+    }
     for (const step::Record* record : draft.Records()) {
         if (isProduct[record->type] && !IsReplaced(record->id)) products.push_back(record->id);
     }
     Conversion(UnitsOf(source), target.units, move).Apply(draft, products);
+    if (lift != 0) LiftStoreys();
 
     kept.resize(document.Records().size() + (draft.Highest() - draft.HighestOfDocument()));
     firstNewId = target.nextId;
     target.nextId += draft.Highest() - draft.HighestOfDocument();
     FindRoots();
     KeepDescriptions();
+}
+
+void Import::LiftStoreys() {
+    for (const SpatialPlace& place : places.spatial) {
+        if (place.type != "IFCBUILDINGSTOREY" || IsReplaced(place.record)) continue;
+        const double elevation = (place.elevation + lift) / target.units.metres;
+        draft.SetArgument(place.record, 9, step::EncodeReal(elevation));
+    }
 }
 
 std::size_t Import::PlaceOf(uint64_t id) const {
@@ -177,8 +182,9 @@ void Import::Write(std::string& out) {
 void Import::WriteRecord(std::string& out, uint64_t id) {
     std::string_view text = draft.Text(id);
     std::string changed;
-    if (const std::string_view quoted = QuotedGlobalId(text); !quoted.empty()) {
-        const std::string old(quoted.substr(1, globalIdLength));
+    const step::Record* record = document.Find(id);
+    if (record ? isRooted[record->type] : IsRootedClass(draft.TypeOf(id))) {
+        const std::string old = step::AsText(step::Argument(text, 0)).value_or("");
         const auto decided = globalIds.find(id);
         const std::string own = decided != globalIds.end() ? decided->second : target.globalIds.Take(old);
         if (own != old) {
@@ -194,11 +200,12 @@ void Import::TellNewPlaces() {
     for (SpatialPlace& place : places.spatial) {
         if (!draft.Contains(place.record) || IsReplaced(place.record) || !IsKept(place.record)) continue;
         place.record = IdOf(place.record);
+        place.elevation += lift;
         target.places.spatial.push_back(place);
     }
-    const bool hadNone = target.places.contexts.empty();
     for (const Context& context : places.contexts) {
-        if (!hadNone || !draft.Contains(context.record) || !IsKept(context.record)) continue;
+        if (!draft.Contains(context.record) || IsReplaced(context.record) || !IsKept(context.record))
+            continue;
         Context added = context;
         added.record = IdOf(context.record);
         if (added.parent != 0) added.parent = IdOf(added.parent);

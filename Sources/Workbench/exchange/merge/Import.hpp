@@ -37,6 +37,7 @@ class Import {
     uint64_t IdOf(uint64_t id) const;
 
   private:
+    void LiftStoreys();
     void FindRoots();
     bool TrimRelation(uint64_t id, const struct Relation& relation);
     void Keep(uint64_t id);
@@ -55,8 +56,10 @@ class Import {
     Places places;
     PlaceMap map;
     Draft draft;
+    double lift = 0;  // of elevations, metres
     std::vector<uint64_t> products;
-    std::vector<bool> kept;  // by place in the document, then the draft's new records
+    std::vector<bool> isRooted;  // by type
+    std::vector<bool> kept;      // by place in the document, then the draft's new records
     std::unordered_map<uint64_t, std::string> globalIds;  // decided for elements
 };
 

@@ -37,6 +37,7 @@ uint64_t ContextFor(const Context& wanted, const Places& target) {
         return isAlike(context) && context.view == wanted.view;
     });
     if (found == 0) found = FirstOf(target.contexts, isAlike);
+    if (found != 0 || wanted.parent != 0) return found;  // a subcontext that is missing comes along
     if (found == 0) {
         found = FirstOf(target.contexts, [&](const Context& context) {
             return isMain(context) && context.dimension == wanted.dimension;
@@ -110,7 +111,8 @@ PlaceMap MapPlaces(const Places& target, const Project& source, const Places& of
     if (target.project != 0 && offered.project != 0) map.inTarget.emplace(offered.project, target.project);
     if (!target.contexts.empty()) {
         for (const Context& context : offered.contexts)
-            map.inTarget.emplace(context.record, ContextFor(context, target));
+            if (const uint64_t found = ContextFor(context, target); found != 0)
+                map.inTarget.emplace(context.record, found);
     }
     std::unordered_set<uint64_t> created;
     for (const SpatialPlace& place : offered.spatial) {
