@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QStandardPaths>
-#include <QTimer>
 #include <algorithm>
 #include <cstdio>
 #include <optional>
@@ -151,14 +150,17 @@ QString AskDownloadFile(MainWindow& window, const Options& options, const QStrin
     return folder + "/" + QFileInfo(suggestedName).fileName();
 }
 
-void Prepare(QtDriver& driver, MainWindow& window, const Options& options) {
+void Prepare(Application& application, QtDriver& driver, MainWindow& window, const Options& options) {
     driver.SetWindow(&window);
     driver.Browsers().page = options.page;
     driver.Browsers().storage = options.dataFolder / "Browser";
     driver.Browsers().askDownloadFile = [&window, &options](const QString& name) {
         return AskDownloadFile(window, options, name);
     };
-    if (options.headless) {
+    if (!options.headless) {
+        application.SetAsksForFile(
+            [&window](const std::filesystem::path& suggestion) { return window.AskForFile(suggestion); });
+    } else {
         driver.SetOnAlert([](const hostkit::dg::AlertTexts& texts) {
             std::fprintf(stderr, "alert: %s %s\n", qPrintable(ToQString(texts.large)),
                          qPrintable(ToQString(texts.small)));
@@ -176,27 +178,25 @@ ExitStatus RunTour(Application& application, Automation& automation, const Optio
 }
 
 // With the console or without it: until the window is closed, or the console says so.
-ExitStatus RunDesktop(QApplication& qt, Application& application, Automation& automation, QtDriver& driver,
+ExitStatus RunDesktop(Application& application, Automation& automation, QtDriver& driver, MainQueue& queue,
                       const Options& options) {
     application.GetSession().GetRegistry().SendPaletteMessage(APIPalMsg_OpenPalette);
     std::optional<Console> console;
     if (options.console) {
-        console.emplace(application, automation, driver, options.faults);
+        console.emplace(application, automation, driver, queue, options.faults);
         driver.SetOnAlert([&](const hostkit::dg::AlertTexts& texts) -> std::optional<short> {
             const std::optional<short> answer = console->OnAlert(texts);
             return answer || !options.headless ? answer : std::optional<short>(1);
         });
         console->Start();
     }
-    if (!options.model.isEmpty()) {
-        QTimer::singleShot(0, &qt, [&] { application.Open(options.model.toStdString()); });
-    }
+    if (!options.model.isEmpty()) queue.Post([&] { application.Open(options.model.toStdString()); });
     const int status = QApplication::exec();
     driver.SetOnAlert({});
     return status == 0 ? done : failed;
 }
 
-ExitStatus Run(QApplication& qt, const Options& options) {
+ExitStatus Run(const Options& options) {
     LocalService service;
     if (options.service && !StartService(service, options)) return failed;
 
@@ -212,8 +212,8 @@ ExitStatus Run(QApplication& qt, const Options& options) {
     settings.resourcesFolder = Share("resources");
     settings.mesher.script = Share("mesher") / "mesher.mjs";
     Application application(settings, queue, driver);
-    MainWindow window(application);
-    Prepare(driver, window, options);
+    MainWindow window(application, queue);
+    Prepare(application, driver, window, options);
     if (const GSErrCode error = application.Start(); error != NoError) {
         std::fprintf(stderr, "the add-on did not start: error %d\n", error);
         return failed;
@@ -223,7 +223,7 @@ ExitStatus Run(QApplication& qt, const Options& options) {
 
     Automation automation(application, window, driver);
     if (options.tour) return RunTour(application, automation, options);
-    return RunDesktop(qt, application, automation, driver, options);
+    return RunDesktop(application, automation, driver, queue, options);
 }
 
 }  // namespace
@@ -235,7 +235,7 @@ int main(int argc, char** argv) {
     ApplyStyle(qt);
     try {
         const std::optional<Options> options = ReadOptions();
-        const ExitStatus status = options ? Run(qt, *options) : wrongUse;
+        const ExitStatus status = options ? Run(*options) : wrongUse;
         if (!hostkit::ThreadRegister::Instance().WaitForAll(std::chrono::milliseconds(200))) {
             // A job still waits inside libcurl, and the libraries below it must not be unloaded under its
             // feet.

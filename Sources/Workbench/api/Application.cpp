@@ -152,9 +152,12 @@ SaveResult Application::Write(const std::filesystem::path& file, const GS::Array
 void Application::Settle() {
     if (!history.IsOutdated()) return;
     Work work(*this, say("Creating elements", "Elemente werden erzeugt"));
-    const Progress progress = work.OnProgress();
-    // It is the steps that can be undone; half of them in the project would be no state at all.
-    Replace(history.CurrentProject([&](double fraction) { return progress(fraction), true; }));
+    auto edited = history.CurrentProject(work.OnProgress());
+    if (!edited && history.ReturnToMade()) {
+        HistoryMoved();
+        return;
+    }
+    Replace(edited ? std::move(edited) : history.CurrentProject());
 }
 
 void Application::Watch(ApplicationObserver& observer) {

@@ -37,8 +37,10 @@ class ApplicationObserver {
     /// Another project is open; its elements are known, their shapes are not yet.
     virtual void ProjectReplaced() {}
     virtual void ShapesArrived(const MeshBatch&) {}
-    /// All shapes are there that will be; the add-on is told of the opened project next.
+    /// All shapes are there that will be.
     virtual void ProjectReady(const MeshOutcome&) {}
+    /// A person's opening is complete, and the add-on is told of it.
+    virtual void ProjectOpened() {}
     virtual void SelectionChanged() {}
     virtual void VisibilityChanged() {}
     /// The 3D window's camera or cutting planes are others.

@@ -144,4 +144,13 @@ std::shared_ptr<const Project> EditHistory::CurrentProject(const Progress& progr
     return project;
 }
 
+bool EditHistory::ReturnToMade() {
+    for (std::size_t step = 0; madeOf && !open && step <= steps.size(); ++step) {
+        if (EntriesAt(step) != *madeOf) continue;
+        position = step;
+        return true;
+    }
+    return false;
+}
+
 }  // namespace workbench

@@ -48,6 +48,10 @@ class EditHistory {
     /// The opened project with what the steps up to here created; null when the progress function stopped it.
     std::shared_ptr<const Project> CurrentProject(const Progress& progress = {});
 
+    /// Goes to the step that the current project was made at, as undoing or redoing does: after a making that
+    /// was stopped. False when there is none, or inside a step.
+    bool ReturnToMade();
+
     bool IsModified() const { return savedAt != position; }
     void MarkSaved() { savedAt = position; }
 

@@ -74,7 +74,9 @@ void Application::FinishShaping(const MeshOutcome& outcome) {
     }
     Tell([&](ApplicationObserver& observer) { observer.ProjectReady(outcome); });
     Changed(viewChange, Who::person);
-    if (wasAll && openedByPerson) session.GetRegistry().NotifyProjectEvent(APINotify_Open);
+    if (!wasAll || !openedByPerson) return;
+    Tell([](ApplicationObserver& observer) { observer.ProjectOpened(); });
+    session.GetRegistry().NotifyProjectEvent(APINotify_Open);
 }
 
 }  // namespace workbench

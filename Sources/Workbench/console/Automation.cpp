@@ -23,9 +23,25 @@ bool Automation::WaitFor(const std::function<bool()>& done, std::chrono::millise
 
 void Automation::Open(const std::filesystem::path& file) {
     if (!application.Open(file)) throw AutomationError("the model was not opened: " + file.string());
-    if (!WaitFor([this] { return !application.IsShaping(); }, std::chrono::minutes(10))) {
-        throw AutomationError("the shapes did not come: " + file.string());
+    WaitForShapes();
+}
+
+void Automation::WaitForShapes() {
+    if (!WaitFor([this] { return IsSettled() && !application.IsShaping(); }, std::chrono::minutes(10))) {
+        throw AutomationError("the shapes did not come: " + application.OpenProject().Name());
     }
+}
+
+void Automation::Undo(std::size_t steps) {
+    application.Undo(steps);
+    if (!WaitFor([this] { return IsSettled(); }, std::chrono::minutes(10)))
+        throw AutomationError("the elements did not go");
+}
+
+void Automation::Redo(std::size_t steps) {
+    application.Redo(steps);
+    if (!WaitFor([this] { return IsSettled(); }, std::chrono::minutes(10)))
+        throw AutomationError("the elements did not come");
 }
 
 std::string Automation::Evaluate(const std::string& script, std::chrono::milliseconds timeout) {

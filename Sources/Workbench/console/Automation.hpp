@@ -27,6 +27,12 @@ class Automation {
     /// Waits until the shapes are there and the add-on was told.
     void Open(const std::filesystem::path& file);
 
+    /// So many steps, or as many as there are; waits until the project has followed and observers were told.
+    void Undo(std::size_t steps);
+    void Redo(std::size_t steps);
+    /// Waits until the project holds what was created in it, with its shapes.
+    void WaitForShapes();
+
     /// Evaluates a script in the page, once that is loaded, and waits for a promise. JSON text of the value.
     std::string Evaluate(const std::string& script,
                          std::chrono::milliseconds timeout = std::chrono::seconds(60));
@@ -39,6 +45,8 @@ class Automation {
     bool WaitFor(const std::function<bool()>& done, std::chrono::milliseconds timeout);
 
   private:
+    bool IsSettled() const { return !application.History().IsOutdated(); }
+
     Application& application;
     MainWindow& window;
     QtDriver& driver;

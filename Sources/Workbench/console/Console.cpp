@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QMetaObject>
+#include <QPointer>
 #include <QSocketNotifier>
 #include <algorithm>
 #include <array>
@@ -77,8 +78,13 @@ void ThrowOnError(GSErrCode error, const std::string& what) {
 
 }  // namespace
 
-Console::Console(Application& application, Automation& automation, QtDriver& driver, bool allowFaults)
-    : application(application), automation(automation), driver(driver), allowFaults(allowFaults) {
+Console::Console(Application& application, Automation& automation, QtDriver& driver, MainQueue& queue,
+                 bool allowFaults)
+    : application(application),
+      automation(automation),
+      driver(driver),
+      queue(queue),
+      allowFaults(allowFaults) {
     application.Watch(*this);
     driver.Browsers().onPageCall = [](const QString& script) {
         Write({{"event", "page-call"}, {"script", script.toStdString()}});
@@ -103,7 +109,9 @@ void Console::Start() {
     connect(notifier, &QSocketNotifier::activated, this, [this, notifier] {
         Read();
         if (ended) notifier->setEnabled(false);
-        Run();
+        queue.Post([console = QPointer(this)] {
+            if (console) console->Run();
+        });
     });
 }
 
@@ -134,17 +142,21 @@ void Console::Run() {
         Write(Do(line));
     }
     running = false;
-    if (ended) QCoreApplication::quit();
+    if (ended) QCoreApplication::exit();  // unlike quit(), asks nobody about unsaved changes
 }
 
 Console::Json Console::Do(const std::string& line) {
     static const std::map<std::string, Command> commands{
-        {"open", &Console::Open},   {"save", &Console::Save},       {"select", &Console::Select},
-        {"show", &Console::Show},   {"window", &Console::Window},   {"projection", &Console::Projection},
-        {"cut", &Console::Cut},     {"survey", &Console::Survey},   {"answer", &Console::Answer},
-        {"menu", &Console::Menu},   {"palette", &Console::Palette}, {"eval", &Console::Eval},
-        {"fault", &Console::Fault}, {"picture", &Console::Picture}, {"state", &Console::State},
-        {"quit", &Console::Quit}};
+        {"open", &Console::Open},       {"save", &Console::Save},
+        {"undo", &Console::Undo},       {"redo", &Console::Redo},
+        {"select", &Console::Select},   {"show", &Console::Show},
+        {"window", &Console::Window},   {"projection", &Console::Projection},
+        {"cut", &Console::Cut},         {"survey", &Console::Survey},
+        {"answer", &Console::Answer},   {"menu", &Console::Menu},
+        {"palette", &Console::Palette}, {"eval", &Console::Eval},
+        {"fault", &Console::Fault},     {"picture", &Console::Picture},
+        {"state", &Console::State},     {"quit", &Console::Quit},
+    };
     try {
         const Json command = Json::parse(line);
         if (!command.is_object() || !command.contains("do"))
@@ -190,6 +202,18 @@ Console::Json Console::Save(const Json& command) {
     if (!application.Save(command.at("file").get<std::string>()))
         throw AutomationError("the model was not saved");
     return {{"elements", application.OpenProject().Elements().size()}};
+}
+
+Console::Json Console::Undo(const Json& command) {
+    automation.Undo(command.value("steps", std::size_t{1}));
+    return {{"undo", application.History().UndoCount()},
+            {"elements", application.OpenProject().Elements().size()}};
+}
+
+Console::Json Console::Redo(const Json& command) {
+    automation.Redo(command.value("steps", std::size_t{1}));
+    return {{"undo", application.History().UndoCount()},
+            {"elements", application.OpenProject().Elements().size()}};
 }
 
 Console::Json Console::Select(const Json& command) {
@@ -266,7 +290,7 @@ Console::Json Console::Survey(const Json& command) {
 Console::Json Console::Answer(const Json& command) {
     if (command.at("to") != "alert") throw AutomationError("there are no dialogs of this kind");
     const Json& value = command.at("value");
-    alertAnswers.push_back(value.is_null() ? short{1} : value.get<short>());
+    alertAnswers.push_back(value.is_null() ? short{0} : value.get<short>());
     return Json::object();
 }
 
@@ -316,6 +340,10 @@ Console::Json Console::State(const Json&) {
             {"projection", ProjectionOf(application.Window3D())},
             {"planes", PlanesOf(application.Window3D())},
             {"palette", {{"visible", registry.IsPaletteVisible()}, {"checked", IsMenuChecked(registry)}}},
+            {"undo", application.History().UndoNames()},
+            {"redo", application.History().RedoCount()},
+            {"modified", application.IsModified()},
+            {"shaping", application.IsShaping()},
             {"threads", hostkit::ThreadRegister::Instance().Running()},
             {"handles", hostkit::LiveHandles()}};
 }
@@ -328,7 +356,14 @@ Console::Json Console::Quit(const Json&) {
 
 void Console::ProjectReady(const MeshOutcome& outcome) {
     if (!outcome.detail.empty()) Write({{"event", "log"}, {"text", outcome.detail}});
+}
+
+void Console::ProjectOpened() {
     Write({{"event", "notification"}, {"name", "project-opened"}});
+}
+
+void Console::ProjectEdited() {
+    Write({{"event", "edited"}, {"elements", application.OpenProject().Elements().size()}});
 }
 
 void Console::SelectionChanged() {
@@ -351,7 +386,7 @@ std::optional<short> Console::OnAlert(const hostkit::dg::AlertTexts& texts) {
     if (alertAnswers.empty()) return std::nullopt;
     const short answer = alertAnswers.front();
     alertAnswers.pop_front();
-    return answer;
+    return answer == 0 ? static_cast<short>(buttons.size()) : answer;
 }
 
 }  // namespace workbench

@@ -18,7 +18,9 @@ class Console : public QObject, public ApplicationObserver {
   public:
     using Json = nlohmann::ordered_json;
 
-    Console(Application& application, Automation& automation, QtDriver& driver, bool allowFaults);
+    /// Commands are done from the queue, never in the middle of other work.
+    Console(Application& application, Automation& automation, QtDriver& driver, MainQueue& queue,
+            bool allowFaults);
     ~Console() override;
 
     /// Begins to read; returns at once. Leaves the event loop at "quit" and at the end of the input.
@@ -28,6 +30,8 @@ class Console : public QObject, public ApplicationObserver {
     std::optional<short> OnAlert(const hostkit::dg::AlertTexts& texts);
 
     void ProjectReady(const MeshOutcome& outcome) override;
+    void ProjectOpened() override;
+    void ProjectEdited() override;
     void SelectionChanged() override;
     void MenuFlagsChanged() override;
 
@@ -42,6 +46,8 @@ class Console : public QObject, public ApplicationObserver {
 
     Json Open(const Json& command);
     Json Save(const Json& command);
+    Json Undo(const Json& command);
+    Json Redo(const Json& command);
     Json Select(const Json& command);
     Json Show(const Json& command);
     Json Window(const Json& command);
@@ -62,10 +68,11 @@ class Console : public QObject, public ApplicationObserver {
     Application& application;
     Automation& automation;
     QtDriver& driver;
+    MainQueue& queue;
     const bool allowFaults;
     std::string input;
     std::deque<std::string> lines;
-    std::deque<short> alertAnswers;
+    std::deque<short> alertAnswers;  // 0: the last button
     bool running = false;
     bool ended = false;
 };

@@ -16,6 +16,7 @@ using Json = nlohmann::json;
 using namespace std::chrono_literals;
 
 const char* const fileName = "Tour";
+const char* const copyName = "TourCopy";
 
 std::string HashOf(const std::filesystem::path& file) {
     QFile content(QString::fromStdString(file.string()));
@@ -62,16 +63,18 @@ bool Tour::Run(const std::filesystem::path& model) {
            Step("Open the palette", [&] { return OpenPalette(); }) &&
            Step("Sign in", [&] { return SignIn(); }) &&
            Step("Upload the model", [&] { return UploadModel(); }) &&
-           Step("Compare what is stored", [&] { return CompareStored(); }) && ReturnToViewpoints() &&
+           Step("Compare what is stored", [&] { return CompareStored(); }) &&
+           Step("Merge with a copy", [&] { return MergeWithCopy(); }) &&
+           Step("Undo the merge", [&] { return UndoMerge(); }) && ReturnToViewpoints() &&
            Step("Take pictures", [&] { return TakePictures(); });
 }
 
 std::string Tour::OpenModel(const std::filesystem::path& model) {
     automation.Open(model);
     const Project& project = application.OpenProject();
-    return std::to_string(project.Elements().size()) + " elements, " +
-           std::to_string(application.ShownCount()) + " with a shape, " + project.Schema() + ", " +
-           project.AuthoringApplication();
+    elementCount = project.Elements().size();
+    return std::to_string(elementCount) + " elements, " + std::to_string(application.ShownCount()) +
+           " with a shape, " + project.Schema() + ", " + project.AuthoringApplication();
 }
 
 std::string Tour::OpenPalette() {
@@ -97,15 +100,19 @@ std::string Tour::SignIn() {
         .get<std::string>();
 }
 
-std::string Tour::UploadModel() {
-    automation.Evaluate(Type("#file-name", fileName) + "document.querySelector('#upload-model').click();");
+// What the host says of the uploaded documents.
+std::string Tour::Upload(const std::string& name) {
+    automation.Evaluate(Type("#file-name", name) + "document.querySelector('#upload-model').click();");
     automation.WaitForPage(
         "['done', 'failed'].includes(document.querySelector('#upload-status').dataset.state)", 10min);
     const std::string state = automation.Evaluate("document.querySelector('#upload-status').dataset.state");
-    const auto answer = Json::parse(automation.Evaluate("KESTAPI.GetIfcDocuments()")).get<std::string>();
+    auto answer = Json::parse(automation.Evaluate("KESTAPI.GetIfcDocuments()")).get<std::string>();
     if (Json::parse(state) != "done") throw AutomationError("the upload failed: " + answer);
+    return answer;
+}
 
-    const Json document = Json::parse(answer).at(0);
+std::string Tour::UploadModel() {
+    const Json document = Json::parse(Upload(fileName)).at(0);
     documentId = document.at("id").get<std::string>();
     automation.WaitForPage("document.querySelector('#documents [data-document-id=\"" + documentId + "\"]')",
                            10s);
@@ -136,6 +143,38 @@ std::string Tour::CompareStored() {
     std::filesystem::copy_file(exported, folder / exported.filename(),
                                std::filesystem::copy_options::overwrite_existing);
     return "byte for byte the export, SHA-256 " + sent.substr(0, 16) + "...";
+}
+
+std::string Tour::MergeWithCopy() {
+    Upload(copyName);
+    automation.Evaluate("document.querySelector('#tab-models').click()");
+    for (const char* const name : {fileName, copyName}) {
+        const std::string box =
+            "document.querySelector('[data-model-name=\"" + std::string(name) + "\"] input[type=checkbox]')";
+        automation.WaitForPage(box, 10s);
+        automation.Evaluate("(box => box.checked || box.click())(" + box + ")");
+    }
+    automation.Evaluate("document.querySelector('#open-models').click()");
+    automation.WaitForPage(
+        "['done', 'failed'].includes(document.querySelector('#models-status').dataset.state)", 10min);
+    const auto status =
+        Json::parse(automation.Evaluate("(({dataset, textContent}) => [dataset.state, textContent.trim()])"
+                                        "(document.querySelector('#models-status'))"));
+    if (status.at(0) != "done") throw AutomationError(status.at(1).get<std::string>());
+    automation.WaitForShapes();
+    const std::size_t steps = application.History().UndoCount();
+    if (steps == 0) throw AutomationError("nothing was merged");
+    const std::size_t after = application.OpenProject().Elements().size();
+    automation.SavePicture("window", folder / "merged.png");
+    return std::to_string(elementCount) + " elements before, " + std::to_string(after) + " after, " +
+           std::to_string(steps) + " steps to undo";
+}
+
+std::string Tour::UndoMerge() {
+    automation.Undo(application.History().UndoCount());
+    const std::size_t left = application.OpenProject().Elements().size();
+    if (left != elementCount) throw AutomationError(std::to_string(left) + " elements are left");
+    return std::to_string(left) + " elements are left";
 }
 
 bool Tour::ReturnToViewpoints() {

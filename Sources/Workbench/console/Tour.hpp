@@ -24,13 +24,17 @@ class Tour {
     std::string OpenPalette();
     std::string SignIn();
     std::string UploadModel();
+    std::string Upload(const std::string& name);
     std::string CompareStored();
+    std::string MergeWithCopy();
+    std::string UndoMerge();
     bool ReturnToViewpoints();
     std::string TakePictures();
 
     Application& application;
     Automation& automation;
     std::filesystem::path folder;
+    std::size_t elementCount = 0;  // of the model
     std::string documentId;
 };
 

@@ -33,6 +33,7 @@ double Difference(const QImage& a, const QImage& b) {
 
 std::vector<API_Guid> GuidsOf(const std::vector<const Element*>& elements) {
     std::vector<API_Guid> guids;
+    guids.reserve(elements.size());
     for (const Element* element : elements)
         guids.push_back(element->guid);
     return guids;
@@ -69,14 +70,14 @@ std::vector<ViewpointTour::View> ViewpointTour::Views() {
     const double cut = stairs.empty() ? application.ShownBox().Center().y
                                       : application.BoundsOf(*stairs.front())->Center().y;
 
-    std::vector<View> views{{"whole", [this, all] { Arrange(GuidsOf(all), {}); }},
-                            {"section", [this, all, cut] {
-                                 Arrange(GuidsOf(all), {{{0, -1, 0}, -cut}});
+    std::vector<View> views{{"whole", [this, guids = GuidsOf(all)] { Arrange(guids, {}); }},
+                            {"section", [this, guids = GuidsOf(all), cut] {
+                                 Arrange(guids, {{{0, -1, 0}, -cut}});
                              }}};
-    if (!storey.empty()) views.push_back({"storey", [this, storey] { Arrange(GuidsOf(storey), {}); }});
-    views.push_back({"element", [this, single] {
-                         Arrange({single->guid}, {});
-                         application.Select(std::vector{single->guid});
+    if (!storey.empty()) views.push_back({"storey", [this, guids = GuidsOf(storey)] { Arrange(guids, {}); }});
+    views.push_back({"element", [this, guid = single->guid] {
+                         Arrange({guid}, {});
+                         application.Select(std::vector{guid});
                      }});
     return views;
 }

@@ -96,14 +96,26 @@ QImage CentralArea::PlanPicture(bool highlightSelection) {
     return picture;
 }
 
-void CentralArea::ProjectReplaced() {
+void CentralArea::FillStoreys() {
     const bool wasFollowing = std::exchange(following, true);
     storeys->clear();
     for (const Storey& storey : application.OpenProject().Storeys())
         storeys->addItem(QString::fromStdString(storey.name));
     following = wasFollowing;
+}
+
+void CentralArea::ProjectReplaced() {
+    FillStoreys();
     plan->SetDrawing({});
     view->SetHint(say("Reading the shapes...", "Formen werden gelesen..."));
+    SelectionChanged();
+    ViewChanged();
+    WindowChanged();
+}
+
+void CentralArea::ProjectEdited() {
+    FillStoreys();
+    if (application.IsShaping()) view->SetHint(say("Reading the shapes...", "Formen werden gelesen..."));
     SelectionChanged();
     ViewChanged();
     WindowChanged();

@@ -30,6 +30,7 @@ class CentralArea : public QWidget, public ApplicationObserver {
     void ProjectReplaced() override;
     void ShapesArrived(const MeshBatch& batch) override;
     void ProjectReady(const MeshOutcome& outcome) override;
+    void ProjectEdited() override;
     void SelectionChanged() override;
     void VisibilityChanged() override;
     void ViewChanged() override;
@@ -38,6 +39,7 @@ class CentralArea : public QWidget, public ApplicationObserver {
   private:
     void ClickElement(quint64 record, Qt::KeyboardModifiers modifiers);
     void BringToFront();
+    void FillStoreys();
     void DrawPlan();
     QImage PlanPicture(bool highlightSelection);
     QString HintAfter(const MeshOutcome& outcome) const;

@@ -111,7 +111,7 @@ CutPanel::~CutPanel() {
     application.Unwatch(*this);
 }
 
-void CutPanel::ProjectReady(const MeshOutcome&) {
+void CutPanel::MeasureModel() {
     range = application.ShownBox();
     ViewChanged();
 }

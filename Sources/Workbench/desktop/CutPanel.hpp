@@ -38,7 +38,8 @@ class CutPanel : public QDockWidget, public ApplicationObserver {
     /// A plane to start with, for a model that has none: upright, through the middle, open to the south.
     static std::vector<Plane> FirstPlanes(const Box3& box);
 
-    void ProjectReady(const MeshOutcome& outcome) override;
+    void ProjectReady(const MeshOutcome&) override { MeasureModel(); }
+    void ProjectEdited() override { MeasureModel(); }
     void ViewChanged() override;
 
   private:
@@ -49,6 +50,7 @@ class CutPanel : public QDockWidget, public ApplicationObserver {
         QToolButton* flip = nullptr;
     };
 
+    void MeasureModel();
     void Apply();
     double PositionOf(std::size_t axis) const;
 

@@ -1,24 +1,18 @@
 #include "Workbench/desktop/MainWindow.hpp"
 
-#include <QApplication>
-#include <QDockWidget>
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QHeaderView>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QLineEdit>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QProgressBar>
-#include <QSortFilterProxyModel>
 #include <QStatusBar>
-#include <QTreeView>
-#include <QVBoxLayout>
 #include <algorithm>
-#include <utility>
 
 #include "Workbench/desktop/CutPanel.hpp"
-#include "Workbench/desktop/ElementModel.hpp"
+#include "Workbench/desktop/EditMenu.hpp"
+#include "Workbench/desktop/ElementDock.hpp"
 #include "Workbench/desktop/ScriptValues.hpp"
 #include "Workbench/desktop/ViewMenu.hpp"
 
@@ -29,24 +23,31 @@ namespace {
 const int recentCount = 8;
 const char* const recentKey = "recent";
 
+bool IsBelow(const std::filesystem::path& folder, const std::filesystem::path& file) {
+    std::error_code ignored;
+    const auto from = std::filesystem::weakly_canonical(folder, ignored);
+    const auto to = std::filesystem::weakly_canonical(file, ignored);
+    return std::mismatch(from.begin(), from.end(), to.begin(), to.end()).first == from.end();
+}
+
 }  // namespace
 
-MainWindow::MainWindow(Application& application)
+MainWindow::MainWindow(Application& application, MainQueue& queue)
     : application(application),
       say{application.GetSettings().language},
       settings(QString::fromStdString((application.GetSettings().dataFolder / "Workbench.ini").string()),
                QSettings::IniFormat),
       area(new CentralArea(application)),
-      elements(new ElementModel(application, this)),
-      filtered(new QSortFilterProxyModel(this)),
-      elementList(new QTreeView) {
+      progress(new ProgressWindow(this, queue, application.GetSettings().language)) {
     setWindowTitle("Workbench");
     setContextMenuPolicy(Qt::NoContextMenu);  // Qt's own would hide the palette behind the add-on's back
     setDockNestingEnabled(true);
     setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
     setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
     setCentralWidget(area);
-    MakeElementDock();
+    auto* elements = new ElementDock(application);
+    addDockWidget(Qt::LeftDockWidgetArea, elements);
+    resizeDocks({elements}, {320}, Qt::Horizontal);
     addDockWidget(Qt::BottomDockWidgetArea, new CutPanel(application));
     MakeMenus();
     MakeStatusBar();
@@ -59,47 +60,6 @@ MainWindow::~MainWindow() {
     application.Unwatch(*this);
 }
 
-void MainWindow::MakeElementDock() {
-    filtered->setSourceModel(elements);
-    filtered->setRecursiveFilteringEnabled(true);
-    filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
-    filtered->setFilterKeyColumn(-1);
-
-    elementList->setModel(filtered);
-    elementList->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    elementList->setUniformRowHeights(true);
-    elementList->setFrameShape(QFrame::NoFrame);
-    elementList->setIndentation(14);
-    elementList->header()->setSectionResizeMode(0, QHeaderView::Stretch);
-    elementList->header()->setSectionResizeMode(1, QHeaderView::ResizeToContents);
-    elementList->header()->setStretchLastSection(false);
-    connect(elementList->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &MainWindow::SelectFromList);
-
-    auto* search = new QLineEdit;
-    search->setPlaceholderText(say("Search name or class", "Name oder Klasse suchen"));
-    search->setClearButtonEnabled(true);
-    connect(search, &QLineEdit::textChanged, this, [this](const QString& text) {
-        listFollows = false;  // what the filter takes from the list stays selected
-        filtered->setFilterFixedString(text);
-        listFollows = true;
-        SelectionChanged();
-    });
-
-    auto* content = new QWidget;
-    auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(8, 8, 8, 0);
-    layout->addWidget(search);
-    layout->addWidget(elementList);
-
-    auto* dock = new QDockWidget(say("Elements", "Elemente"), this);
-    dock->setObjectName("elements");
-    dock->setFeatures(QDockWidget::DockWidgetMovable);
-    dock->setWidget(content);
-    addDockWidget(Qt::LeftDockWidgetArea, dock);
-    resizeDocks({dock}, {320}, Qt::Horizontal);
-}
-
 void MainWindow::MakeMenus() {
     QMenu* file = menuBar()->addMenu(say("&File", "&Ablage"));
     file->addAction(say("&Open...", "Ö&ffnen..."), QKeySequence::Open, this, &MainWindow::OpenByDialog);
@@ -110,17 +70,24 @@ void MainWindow::MakeMenus() {
     file->addAction(say("&Quit", "&Beenden"), QKeySequence::Quit, this, &QWidget::close);
     FillRecent();
 
+    new EditMenu(menuBar()->addMenu(say("&Edit", "&Bearbeiten")), application);
     new ViewMenu(menuBar()->addMenu(say("&View", "A&nsicht")), application, *area);
 }
 
 void MainWindow::MakeStatusBar() {
     summary = new QLabel(say("No model open", "Kein Modell geöffnet"));
-    progress = new QProgressBar;
-    progress->setRange(0, 1000);
-    progress->setMaximumWidth(320);
-    progress->hide();
+    shapes = new QProgressBar;
+    shapes->setRange(0, 1000);
+    shapes->setFixedSize(240, 8);
+    shapes->setTextVisible(false);
+    shaping = new QWidget;
+    auto* layout = new QHBoxLayout(shaping);
+    layout->setContentsMargins(0, 0, 8, 0);
+    layout->addWidget(new QLabel(say("Shapes", "Formen")));
+    layout->addWidget(shapes);
+    shaping->hide();
     statusBar()->addWidget(summary);
-    statusBar()->addPermanentWidget(progress);
+    statusBar()->addPermanentWidget(shaping);
 }
 
 void MainWindow::AddAddOnMenus() {
@@ -180,54 +147,73 @@ void MainWindow::OpenByDialog() {
 }
 
 void MainWindow::SaveByDialog() {
-    const Project& project = application.OpenProject();
-    const QString suggestion =
-        settings.value("folder").toString() + "/" + QString::fromStdString(project.Name());
+    const auto file = AskForFile(application.OpenProject().Name() + ".ifc");
+    if (!file || !application.Save(*file)) return;
+    statusBar()->showMessage(
+        QString(say("Saved %1", "%1 gesichert")).arg(QString::fromStdString(file->string())), 8000);
+}
+
+std::optional<std::filesystem::path> MainWindow::AskForFile(const std::filesystem::path& suggestion) {
+    const std::filesystem::path folder = settings.value("folder").toString().toStdString();
     QString file =
-        QFileDialog::getSaveFileName(this, say("Save as IFC", "Als IFC sichern"), suggestion + ".ifc",
+        QFileDialog::getSaveFileName(this, say("Save as IFC", "Als IFC sichern"),
+                                     QString::fromStdString((folder / suggestion.filename()).string()),
                                      say("IFC models (*.ifc)", "IFC-Modelle (*.ifc)"));
-    if (file.isEmpty()) return;
+    if (file.isEmpty()) return std::nullopt;
     if (QFileInfo(file).suffix().isEmpty()) file += ".ifc";
-    if (application.Save(file.toStdString())) {
-        ShowSummary();
-        statusBar()->showMessage(QString(say("Saved %1", "%1 gesichert")).arg(file), 8000);
-    }
+    return file.toStdString();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(application.MayLeaveProject());
+}
+
+// Only what the person opened: the add-on keeps its own files in the data folder.
+void MainWindow::NoteRecent() {
+    const std::filesystem::path& location = application.OpenProject().Location();
+    if (location.empty() || IsBelow(application.GetSettings().dataFolder, location)) return;
+    const QFileInfo file(QString::fromStdString(location.string()));
+    QStringList recent = settings.value(recentKey).toStringList();
+    recent.removeAll(file.absoluteFilePath());
+    recent.prepend(file.absoluteFilePath());
+    settings.setValue(recentKey, recent.mid(0, recentCount));
+    settings.setValue("folder", file.absolutePath());
+    FillRecent();
 }
 
 void MainWindow::ProjectReplaced() {
-    const QString file = QString::fromStdString(application.OpenProject().Location().string());
-    QStringList recent = settings.value(recentKey).toStringList();
-    recent.removeAll(QFileInfo(file).absoluteFilePath());
-    recent.prepend(QFileInfo(file).absoluteFilePath());
-    settings.setValue(recentKey, recent.mid(0, recentCount));
-    settings.setValue("folder", QFileInfo(file).absolutePath());
-    FillRecent();
-
-    setWindowTitle(QString::fromStdString(application.OpenProject().Name()) + " - Workbench");
-    elements->Reload();
-    elementList->expandAll();
-    ShowProgress(say("Shapes", "Formen"), 0);
+    NoteRecent();
+    setWindowTitle(QString::fromStdString(application.OpenProject().Name()) + "[*] - Workbench");
+    HistoryChanged();
+    ShowShaping(0);
+    ShowSummary();
 }
 
 void MainWindow::ShapesArrived(const MeshBatch& batch) {
-    const double total = batch.total == 0 ? 1 : static_cast<double>(batch.total);
-    ShowProgress(say("Shapes", "Formen"), static_cast<double>(batch.done) / total);
+    ShowShaping(static_cast<double>(batch.done) / std::max(1.0, static_cast<double>(batch.total)));
 }
 
 void MainWindow::ProjectReady(const MeshOutcome& outcome) {
     if (!outcome.detail.empty()) qWarning("mesher: %s", outcome.detail.c_str());
-    elements->RefreshTicks();
+    shaping->hide();
     ShowSummary();
 }
 
-void MainWindow::ShowProgress(const QString& text, double fraction) {
-    summary->setText(text);
-    progress->setValue(static_cast<int>(fraction * 1000));
-    progress->show();
+void MainWindow::ProjectEdited() {
+    if (!application.IsShaping()) shaping->hide();
+    ShowSummary();
+}
+
+void MainWindow::HistoryChanged() {
+    setWindowModified(application.IsModified());
+}
+
+void MainWindow::ShowShaping(double fraction) {
+    shapes->setValue(static_cast<int>(fraction * shapes->maximum()));
+    shaping->show();
 }
 
 void MainWindow::ShowSummary() {
-    progress->hide();
     const Project& project = application.OpenProject();
     summary->setText(QString(say("%1 elements, %2 shown, %3 selected   %4   %5",
                                  "%1 Elemente, %2 sichtbar, %3 ausgewählt   %4   %5"))
@@ -239,65 +225,7 @@ void MainWindow::ShowSummary() {
 }
 
 bool MainWindow::Working(const std::string& what, double fraction) {
-    // Painted at once and without running the event loop: nothing else may happen in the middle of a save.
-    if (working.isValid() && working.elapsed() < 50) return true;
-    working.start();
-    ShowProgress(QString::fromStdString(what), fraction);
-    statusBar()->repaint();
-    return true;
-}
-
-void MainWindow::SelectFromList() {
-    if (!listFollows) return;
-    std::vector<API_Guid> chosen;
-    for (const QModelIndex& row : elementList->selectionModel()->selectedRows()) {
-        if (const Element* element = elements->ElementAt(filtered->mapToSource(row)))
-            chosen.push_back(element->guid);
-    }
-    listFollows = false;
-    application.Select(chosen);
-    listFollows = true;
-}
-
-void MainWindow::SelectionChanged() {
-    ShowSummary();
-    if (!listFollows) return;
-
-    const QItemSelection rows = RowsOfSelection();
-    listFollows = false;
-    elementList->selectionModel()->select(rows,
-                                          QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    if (!rows.isEmpty()) elementList->scrollTo(rows.first().topLeft());
-    listFollows = true;
-}
-
-// Neighbours in one range each, and only so many of them: Qt compares every range with every other.
-QItemSelection MainWindow::RowsOfSelection() const {
-    constexpr qsizetype mostRanges = 1000;
-    std::vector<QModelIndex> indices;
-    for (const Element* element : application.Selection()) {
-        const QModelIndex index = filtered->mapFromSource(elements->IndexOf(*element));
-        if (index.isValid()) indices.push_back(index);
-    }
-    std::sort(indices.begin(), indices.end(), [](const QModelIndex& a, const QModelIndex& b) {
-        return std::pair(a.parent().row(), a.row()) < std::pair(b.parent().row(), b.row());
-    });
-
-    QItemSelection rows;
-    for (auto first = indices.begin(); first != indices.end() && rows.size() < mostRanges;) {
-        auto last = first;
-        while (last + 1 != indices.end() && (last + 1)->parent() == first->parent() &&
-               (last + 1)->row() == last->row() + 1)
-            ++last;
-        rows.select(*first, *last);
-        first = last + 1;
-    }
-    return rows;
-}
-
-void MainWindow::VisibilityChanged() {
-    elements->RefreshTicks();
-    ShowSummary();
+    return progress->Working(QString::fromStdString(what), fraction);
 }
 
 }  // namespace workbench

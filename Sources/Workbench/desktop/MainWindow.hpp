@@ -1,22 +1,18 @@
 #pragma once
 
-#include <QElapsedTimer>
-#include <QItemSelection>
 #include <QMainWindow>
 #include <QSettings>
+#include <filesystem>
+#include <optional>
 
 #include "Workbench/api/Application.hpp"
 #include "Workbench/desktop/CentralArea.hpp"
+#include "Workbench/desktop/ProgressWindow.hpp"
 
 class QLabel;
-class QLineEdit;
 class QProgressBar;
-class QSortFilterProxyModel;
-class QTreeView;
 
 namespace workbench {
-
-class ElementModel;
 
 /// The Workbench's window: the windows onto the model, the element list, the menu bar; the add-on's palette
 /// docks to it.
@@ -24,7 +20,8 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     Q_OBJECT
 
   public:
-    explicit MainWindow(Application& application);
+    /// Events are dispatched during long work; the queue is held meanwhile.
+    MainWindow(Application& application, MainQueue& queue);
     ~MainWindow() override;
 
     CentralArea& Area() { return *area; }
@@ -32,38 +29,42 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     /// Adds the menus of the loaded add-on.
     void AddAddOnMenus();
 
+    /// Where to save the model, with this name beside the last one if the person agrees; nothing when they
+    /// think better of it.
+    std::optional<std::filesystem::path> AskForFile(const std::filesystem::path& suggestion);
+
     void ProjectReplaced() override;
     void ShapesArrived(const MeshBatch& batch) override;
     void ProjectReady(const MeshOutcome& outcome) override;
-    void SelectionChanged() override;
-    void VisibilityChanged() override;
+    void ProjectEdited() override;
+    void HistoryChanged() override;
+    void SelectionChanged() override { ShowSummary(); }
+    void VisibilityChanged() override { ShowSummary(); }
     void MenuFlagsChanged() override;
     bool Working(const std::string& what, double fraction) override;
 
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+
   private:
     void MakeMenus();
-    void MakeElementDock();
     void MakeStatusBar();
+    void NoteRecent();
     void FillRecent();
     void OpenByDialog();
     void SaveByDialog();
-    void SelectFromList();
-    QItemSelection RowsOfSelection() const;
-    void ShowProgress(const QString& text, double fraction);
+    void ShowShaping(double fraction);
     void ShowSummary();
 
     Application& application;
     Say say;
     QSettings settings;
     CentralArea* area;
-    ElementModel* elements;
-    QSortFilterProxyModel* filtered;
-    QTreeView* elementList;
+    ProgressWindow* progress;
     QMenu* recentMenu = nullptr;
     QLabel* summary = nullptr;
-    QProgressBar* progress = nullptr;
-    QElapsedTimer working;
-    bool listFollows = true;  // false while the list itself changes the selection
+    QWidget* shaping = nullptr;
+    QProgressBar* shapes = nullptr;
 };
 
 }  // namespace workbench

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QPointer>
 #include <utility>
 
 #include "Workbench/desktop/ScriptValues.hpp"
@@ -11,16 +12,30 @@ namespace workbench {
 
 namespace {
 
-// %1: Qt's web channel library, %2: the object's name, %3: its function names as a JSON array.
+// %1: Qt's web channel library, %2: the object's name, %3: its function names as a JSON array. A call that
+// has to wait is answered by a signal; signals for an earlier page find nobody.
 const char* const injected = R"js((() => {
 %1
-const bridge = new Promise(done => new QWebChannel(qt.webChannelTransport, channel => done(channel.objects.host)));
+const calls = new Map();
+const page = Math.random() + "/";
+const answered = (key, failed, value) => {
+    calls.get(key)?.[failed ? "reject" : "resolve"](failed ? new Error(value) : value);
+    calls.delete(key);
+};
+const bridge = new Promise(done => new QWebChannel(qt.webChannelTransport, channel => {
+    channel.objects.host.answered.connect(answered);
+    done(channel.objects.host);
+}));
 Object.defineProperty(window, "__workbench", {value: bridge});
 const object = window[%2] = {};
+let last = 0;
 for (const name of %3) {
-    object[name] = argument => bridge
-        .then(host => host.call(name, argument === undefined ? null : argument))
-        .then(([failed, value]) => { if (failed) throw new Error(value); return value; });
+    object[name] = argument => bridge.then(host => new Promise((resolve, reject) => {
+        const key = page + ++last;
+        calls.set(key, {resolve, reject});
+        host.call(key, name, argument === undefined ? null : argument)
+            .then(answer => answer && answered(key, ...answer));
+    }));
 }
 })();)js";
 
@@ -61,17 +76,32 @@ void PageBridge::AbandonEvaluations() {
         onResult(true, "the page was left");
 }
 
-QVariant PageBridge::call(const QString& function, const QVariant& argument) {
+QVariant PageBridge::call(const QString& key, const QString& function, const QVariant& argument) {
+    if (waiting == 0 && !queue.IsHeld()) {
+        const auto [failed, value] = Call(function, argument);
+        return QVariantList{failed, value};
+    }
+    ++waiting;
+    queue.Post([bridge = QPointer(this), key, function, argument] {
+        if (!bridge) return;
+        --bridge->waiting;
+        const auto [failed, value] = bridge->Call(function, argument);
+        if (bridge) emit bridge->answered(key, failed, value);
+    });
+    return {};
+}
+
+std::pair<bool, QVariant> PageBridge::Call(const QString& function, const QVariant& argument) const {
     try {
         const auto& items = scriptObject->GetItemTable();
         const GS::UniString name = ToUniString(function);
-        if (!items.ContainsKey(name)) return QVariantList{true, "There is no function " + function + "."};
+        if (!items.ContainsKey(name)) return {true, "There is no function " + function + "."};
         const GS::Ref<DG::JSFunction> callable = GS::DynamicCast<DG::JSFunction>(items[name]);
-        return QVariantList{false, FromScriptValue(callable->Call(ToScriptValue(argument)))};
+        return {false, FromScriptValue(callable->Call(ToScriptValue(argument)))};
     } catch (const GS::Exception& exception) {
-        return QVariantList{true, ToQString(exception.GetMessage())};
+        return {true, ToQString(exception.GetMessage())};
     } catch (const std::exception& exception) {
-        return QVariantList{true, QString::fromUtf8(exception.what())};
+        return {true, QString::fromUtf8(exception.what())};
     }
 }
 

@@ -4,8 +4,10 @@
 #include <QVariant>
 #include <functional>
 #include <unordered_map>
+#include <utility>
 
 #include "DGModule.hpp"
+#include "Workbench/api/MainQueue.hpp"
 
 namespace workbench {
 
@@ -16,6 +18,9 @@ class PageBridge : public QObject {
   public:
     /// JSON text of the value, or the text of what was thrown.
     using OnResult = std::function<void(bool failed, const QString& text)>;
+
+    /// While the queue is held, calls wait in it: they never come in the middle of other work.
+    explicit PageBridge(MainQueue& queue) : queue(queue) {}
 
     void SetObject(GS::Ref<DG::JSObject> object) { scriptObject = std::move(object); }
 
@@ -29,11 +34,19 @@ class PageBridge : public QObject {
     /// The page goes, or has no bridge: answers what is under way with an error.
     void AbandonEvaluations();
 
-    /// Calls a function of the object: [false, result], or [true, text] when an exception left it.
-    Q_INVOKABLE QVariant call(const QString& function, const QVariant& argument);
+    /// Calls a function of the object: [false, result], or [true, text] when an exception left it. Null when
+    /// the call has to wait; `answered` tells the same later.
+    Q_INVOKABLE QVariant call(const QString& key, const QString& function, const QVariant& argument);
     Q_INVOKABLE void evaluated(int evaluation, bool failed, const QString& text);
 
+  signals:
+    void answered(const QString& key, bool failed, const QVariant& value);
+
   private:
+    std::pair<bool, QVariant> Call(const QString& function, const QVariant& argument) const;
+
+    MainQueue& queue;
+    int waiting = 0;  // calls in the queue; later ones stay behind them
     GS::Ref<DG::JSObject> scriptObject;
     std::unordered_map<int, OnResult> evaluations;
     int lastEvaluation = 0;

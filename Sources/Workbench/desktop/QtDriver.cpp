@@ -89,10 +89,14 @@ short QtDriver::Alert(const hostkit::dg::AlertTexts& texts) {
     QMessageBox box(QMessageBox::Information, window != nullptr ? window->windowTitle() : QString(),
                     ToQString(texts.large), QMessageBox::NoButton, window);
     box.setInformativeText(ToQString(texts.small));
-    std::vector<QAbstractButton*> buttons;
+    std::vector<QPushButton*> buttons;
     for (const GS::UniString& text : texts.buttons) {
         if (text.IsEmpty()) continue;
         buttons.push_back(box.addButton(ToQString(text), QMessageBox::AcceptRole));
+    }
+    if (!buttons.empty()) {
+        box.setDefaultButton(buttons.front());
+        box.setEscapeButton(buttons.back());
     }
     box.exec();
     const auto pressed = std::find(buttons.begin(), buttons.end(), box.clickedButton());

@@ -46,6 +46,8 @@ void ApplyStyle(QApplication& application) {
     palette.setColor(QPalette::ButtonText, QColor(0x10, 0x24, 0x2e));
     palette.setColor(QPalette::Highlight, QColor(0x1d, 0x55, 0x67));
     palette.setColor(QPalette::HighlightedText, Qt::white);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x9a, 0xa6, 0xae));
     QApplication::setPalette(palette);
     application.setStyleSheet(sheet);
 }

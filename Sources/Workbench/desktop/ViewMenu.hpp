@@ -23,6 +23,7 @@ class ViewMenu : public QObject, public ApplicationObserver {
     void WindowChanged() override;
     void SelectionChanged() override;
     void ProjectReplaced() override;
+    void ProjectEdited() override { ProjectReplaced(); }
 
   private:
     void SwitchCutting(bool on);

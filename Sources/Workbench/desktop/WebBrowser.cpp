@@ -16,6 +16,7 @@ namespace workbench {
 WebBrowser::WebBrowser(QWidget* parent, MainQueue& queue, const BrowserOptions& options)
     : queue(queue),
       options(options),
+      bridge(queue),
       profile(new QWebEngineProfile("palette")),
       view(new QWebEngineView(parent)),
       self(std::make_shared<WebBrowser*>(this)) {

@@ -9,8 +9,9 @@
 namespace workbench {
 namespace {
 
-/// Writing the records takes this part of the whole, reading the result the rest.
-constexpr double writeShare = 0.6;
+/// Writing the records takes this part of the whole, reading them goes on to the other, making a project of
+/// them is the rest.
+constexpr double writeShare = 0.6, readEnd = 0.8;
 
 /// The same GUID for the same text, whether it is a GlobalId or not.
 API_Guid KeyOf(const std::string& globalId) {
@@ -41,6 +42,44 @@ bool CanBeEdited(const std::string& schema) {
     return schema.starts_with("IFC2X") || schema == "IFC4" || schema.starts_with("IFC4_");
 }
 
+/// The base's records as they are, and behind them those that come; also tells which elements had other
+/// GlobalIds where they come from.
+std::shared_ptr<const step::Document> MergedDocument(const Project& base,
+                                                     std::span<const NewElement> elements,
+                                                     Project::ExternalIds& externalIds,
+                                                     const Progress& progress) {
+    MergeTarget target(base);
+    for (const NewElement& element : elements)
+        target.globalIds.Take(element.globalId);
+    const std::vector<Group> groups = GroupsOf(elements, target.nextId);
+
+    std::string added;
+    size_t expected = 0;
+    for (const Group& group : groups)
+        expected += group.elements.front()->source->Document().Bytes().size();
+    added.reserve(expected + expected / 8);
+    double done = 0;
+    for (const Group& group : groups) {
+        Import import(target, *group.elements.front()->source, group.elements, group.firstId);
+        import.Write(added);
+        for (const NewElement* element : group.elements) {
+            if (element->externalIfcId)
+                externalIds.emplace(import.IdOf(element->like->record), *element->externalIfcId);
+        }
+        done += static_cast<double>(group.elements.size());
+        if (progress && !progress(writeShare * done / static_cast<double>(elements.size()))) return nullptr;
+    }
+
+    const std::string_view bytes = base.Document().Bytes();
+    const std::string_view pieces[] = {bytes.substr(0, base.Document().DataEnd()), added,
+                                       bytes.substr(base.Document().DataEnd())};
+    Progress reading;
+    if (progress) {
+        reading = [&](double fraction) { return progress(writeShare + (readEnd - writeShare) * fraction); };
+    }
+    return step::Document::FromPieces(pieces, reading);
+}
+
 }  // namespace
 
 UsedGlobalIds::UsedGlobalIds(const step::Document& document) {
@@ -69,35 +108,10 @@ bool CanMerge(const Project& into, const Project& from) {
 
 std::shared_ptr<const Project> Merge(const Project& base, std::span<const NewElement> elements,
                                      const Progress& progress) {
-    MergeTarget target(base);
-    for (const NewElement& element : elements)
-        target.globalIds.Take(element.globalId);
-    const std::vector<Group> groups = GroupsOf(elements, target.nextId);
-
-    std::string added;
-    std::unordered_map<uint64_t, API_Guid> externalIds = base.ForeignIds();
-    double done = 0;
-    for (const Group& group : groups) {
-        Import import(target, *group.elements.front()->source, group.elements, group.firstId);
-        import.Write(added);
-        for (const NewElement* element : group.elements) {
-            if (element->externalIfcId)
-                externalIds.emplace(import.IdOf(element->like->record), *element->externalIfcId);
-        }
-        done += static_cast<double>(group.elements.size());
-        if (progress && !progress(writeShare * done / static_cast<double>(elements.size()))) return nullptr;
-    }
-
-    const std::string_view bytes = base.Document().Bytes();
-    const std::string_view pieces[] = {bytes.substr(0, base.Document().DataEnd()), added,
-                                       bytes.substr(base.Document().DataEnd())};
-    Progress reading;
-    if (progress) {
-        reading = [&](double fraction) { return progress(writeShare + (0.9 - writeShare) * fraction); };
-    }
-    auto document = step::Document::FromPieces(pieces, reading);
+    Project::ExternalIds externalIds = base.ForeignIds();
+    const auto document = MergedDocument(base, elements, externalIds, progress);
     if (!document) return nullptr;
-    return std::make_shared<const Project>(std::move(document), base.Location(), std::move(externalIds));
+    return std::make_shared<const Project>(document, base.Location(), std::move(externalIds));
 }
 
 }  // namespace workbench

@@ -76,6 +76,26 @@ std::optional<uint64_t> ReferenceAt(const char*& p, const char* begin, const cha
     return id;
 }
 
+/// Calls found(from, to, id) for each reference behind the record's own id: where it stands, and what it is.
+template <typename Found>
+void ScanReferences(std::string_view text, Found found) {
+    const char* end = text.data() + text.size();
+    const char* p = SkipOwnId(text);
+    const char* begin = p;
+    while (p < end) {
+        if (*p == '\'') {
+            p = SkipString(p, end);
+        } else if (*p == '/' && p + 1 < end && p[1] == '*') {
+            p = SkipBlanks(p, end);
+        } else if (*p != '#') {
+            ++p;
+        } else {
+            const char* from = p;
+            if (const auto id = ReferenceAt(p, begin, end)) found(from, p, *id);
+        }
+    }
+}
+
 }  // namespace
 
 std::vector<std::string_view> Arguments(std::string_view text) {
@@ -106,20 +126,7 @@ std::optional<uint64_t> AsReference(std::string_view argument) {
 }
 
 void ForEachReference(std::string_view text, const std::function<void(uint64_t)>& visit) {
-    const char* end = text.data() + text.size();
-    const char* p = SkipOwnId(text);
-    const char* begin = p;
-    while (p < end) {
-        if (*p == '\'') {
-            p = SkipString(p, end);
-        } else if (*p == '/' && p + 1 < end && p[1] == '*') {
-            p = SkipBlanks(p, end);
-        } else if (*p != '#') {
-            ++p;
-        } else if (const auto id = ReferenceAt(p, begin, end)) {
-            visit(*id);
-        }
-    }
+    ScanReferences(text, [&](const char*, const char*, uint64_t id) { visit(id); });
 }
 
 std::vector<uint64_t> References(std::string_view text) {
@@ -158,29 +165,15 @@ void AppendRenumbered(std::string& out, std::string_view text, uint64_t ownId,
         char digits[24] = {'#'};
         out.append(digits, std::to_chars(digits + 1, std::end(digits), id).ptr);
     };
-    const char* end = text.data() + text.size();
-    const char* p = SkipOwnId(text);
-    const char* begin = p;
-    const char* copied = p;
+    const char* copied = SkipOwnId(text);
     appendReference(ownId);
     out += '=';
-    while (p < end) {
-        if (*p == '\'') {
-            p = SkipString(p, end);
-        } else if (*p == '/' && p + 1 < end && p[1] == '*') {
-            p = SkipBlanks(p, end);
-        } else if (*p != '#') {
-            ++p;
-        } else {
-            const char* from = p;
-            if (const auto id = ReferenceAt(p, begin, end)) {
-                out.append(copied, from);
-                appendReference(idOf(*id));
-                copied = p;
-            }
-        }
-    }
-    out.append(copied, end);
+    ScanReferences(text, [&](const char* from, const char* to, uint64_t id) {
+        out.append(copied, from);
+        appendReference(idOf(id));
+        copied = to;
+    });
+    out.append(copied, text.data() + text.size());
 }
 
 std::string WithArgument(std::string_view text, size_t n, std::string_view replacement) {

@@ -126,6 +126,27 @@ void Scene::Add(std::span<const ElementMeshPtr> added) {
     ++stateVersion;
 }
 
+void Scene::Remove(const std::unordered_set<std::uint64_t>& records) {
+    const std::lock_guard lock(mutex);
+    std::size_t kept = 0;
+    for (std::size_t at = 0; at < elements.size(); ++at) {
+        const std::uint64_t record = elements[at]->record;
+        if (records.contains(record)) {
+            indexOf.erase(record);
+            continue;
+        }
+        indexOf[record] = kept;
+        states[kept] = states[at];
+        if (kept != at) elements[kept] = std::move(elements[at]);
+        ++kept;
+    }
+    if (kept == elements.size()) return;
+    elements.resize(kept);
+    states.resize(kept);
+    ++generation;
+    ++stateVersion;
+}
+
 void Scene::Clear() {
     const std::lock_guard lock(mutex);
     elements.clear();

@@ -49,6 +49,7 @@ struct Hit {
 class Scene {
   public:
     void Add(std::span<const ElementMeshPtr> added);
+    void Remove(const std::unordered_set<std::uint64_t>& records);
     void Clear();
     void ShowOnly(std::optional<std::unordered_set<std::uint64_t>> records);
     void Select(std::unordered_set<std::uint64_t> records);

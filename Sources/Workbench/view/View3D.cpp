@@ -144,6 +144,10 @@ void View3D::Add(std::span<const ElementMeshPtr> elements) {
     scene->Add(elements);
 }
 
+void View3D::Remove(const std::unordered_set<std::uint64_t>& records) {
+    scene->Remove(records);
+}
+
 void View3D::Clear() {
     scene->Clear();
 }

@@ -38,6 +38,8 @@ class View3D {
 
     // Adds elements, visible and not selected. A record that is there already is replaced.
     void Add(std::span<const ElementMeshPtr> elements);
+    // Takes these elements away. Which records are shown and selected, and planes, stay.
+    void Remove(const std::unordered_set<std::uint64_t>& records);
     // Takes away all elements, and what was shown and selected. Planes stay.
     void Clear();
 

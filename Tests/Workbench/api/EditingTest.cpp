@@ -201,6 +201,29 @@ TEST_F(EditingTest, AFailedCommandLeavesNoTrace) {
     EXPECT_EQ(application->OpenProject().Elements().back().name, "Treppenlauf");
 }
 
+TEST_F(EditingTest, AMergeThatIsStoppedIsUndone) {
+    struct Stopper : ApplicationObserver {
+        bool stops = true;
+        bool Working(const std::string& what, double) override {
+            return !stops || !what.starts_with("Creating");
+        }
+    } stopper;
+    OpenSample();
+    const std::size_t before = Count();
+    const std::vector<API_Element> records = Records();
+    application->Watch(stopper);
+    for (const API_Element& record : records)
+        ASSERT_EQ(Create(record), NoError);
+    queue.RunPending();
+    EXPECT_EQ(Count(), before);
+    EXPECT_EQ(application->History().RedoCount(), records.size());
+    stopper.stops = false;
+    application->Redo(records.size());
+    queue.RunPending();
+    EXPECT_EQ(Count(), 2 * before);
+    application->Unwatch(stopper);
+}
+
 TEST_F(EditingTest, ElementsOfAnotherSchemaAreRefusedAndCounted) {
     ASSERT_EQ(OpenFile(house), NoError);
     const std::vector<API_Element> records = Records();

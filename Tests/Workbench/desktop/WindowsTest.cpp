@@ -2,11 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <QAbstractButton>
 #include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QMenu>
 #include <QMouseEvent>
@@ -18,6 +16,7 @@
 #include "Workbench/HeadlessApplication.hpp"
 #include "Workbench/desktop/CentralArea.hpp"
 #include "Workbench/desktop/CutPanel.hpp"
+#include "Workbench/desktop/OffscreenApplication.hpp"
 #include "Workbench/desktop/ViewMenu.hpp"
 #include "Workbench/step/StepTexts.hpp"
 
@@ -56,19 +55,6 @@ TEST(CutsTest, RoundingDoesNotMakeAPlaneOblique) {
     EXPECT_TRUE(Cuts::Of({turnedThereAndBack}).axes[0].on);
     EXPECT_FALSE(Cuts::Of({{{0.9999995, 0.001, 0}, 4}}).axes[0].on);
 }
-
-// Declared before what needs a running QApplication.
-struct OffscreenApplication {
-    OffscreenApplication() {
-        if (qApp != nullptr) return;
-        setenv("QT_QPA_PLATFORM", "offscreen", 0);
-        application = std::make_unique<QApplication>(argumentCount, arguments.data());
-    }
-    int argumentCount = 1;
-    std::string name = "test";
-    std::array<char*, 2> arguments{name.data(), nullptr};
-    std::unique_ptr<QApplication> application;
-};
 
 class WindowsTest : public HeadlessApplicationTest {
   protected:

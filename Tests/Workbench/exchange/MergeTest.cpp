@@ -259,6 +259,15 @@ TEST_F(MergeTest, ModelsLieWhereTheyAreOnTheMap) {
     EXPECT_GT(merged->Storeys().size(), pavilion->Storeys().size()) << "other storeys, seven metres higher";
 }
 
+TEST_F(MergeTest, AnEmptyProjectGetsTheStructureToo) {
+    const ProjectPtr pavilion = Pavilion();
+    const ProjectPtr merged = Merged(Project::Untitled(), {pavilion});
+    EXPECT_EQ(GlobalIds(*merged), GlobalIds(*pavilion));
+    EXPECT_EQ(merged->Storeys().size(), 2U);
+    EXPECT_EQ(merged->Document().RecordsOf({"IFCBUILDING"}).size(), 1U);
+    ExpectAt(BoxesOf(*merged), BoxesOf(*pavilion));
+}
+
 TEST_F(MergeTest, StoreysAreFoundByIdThenByNameAndElevationElseCreated) {
     const auto model = [&](const std::string& name, const std::string& storeys, const std::string& wall) {
         const std::string text =

@@ -153,6 +153,23 @@ TEST_F(View3DTest, StatesChangeThePictureAndSurviveLaterElements) {
     EXPECT_EQ(Differences(view.Render(FromSouth(), size), empty), 0u);
 }
 
+TEST_F(View3DTest, RemovedElementsAreGoneUntilTheyAreAddedAgain) {
+    view.Add(TwoBoxes());
+    view.Select({11});
+    const QImage before = view.Render(FromSouth(), size);
+    view.Remove({11, 99});
+    EXPECT_EQ(view.Count(), 1u);
+    EXPECT_EQ(view.Bounds().min, (Vec3{1, 0, 0}));
+    EXPECT_FALSE(view.BoundsOf(11));
+    EXPECT_FALSE(view.Pick(FromSouth(), size, onRed));
+    EXPECT_EQ(view.Pick(FromSouth(), size, onBlue), 12u);
+    const QImage without = view.Render(FromSouth(), size);
+    EXPECT_EQ(Hue(without.pixel(onRed)), '-');
+    EXPECT_EQ(without.pixel(onBlue), before.pixel(onBlue));
+    view.Add(TwoBoxes());
+    EXPECT_EQ(Differences(view.Render(FromSouth(), size), before), 0u) << "still selected";
+}
+
 TEST_F(View3DTest, GlassLetsThroughWhatIsBehind) {
     view.Add(TwoBoxes({}, glass));
     const QImage without = view.Render(FromSouth(), size);
