@@ -190,11 +190,14 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
     for (const auto& item : driver.PageObject()->GetItemTable())
         names.push_back(ToText(*item.key));
     EXPECT_EQ(ToText(driver.PageObject()->GetName()), "KESTAPI");
-    EXPECT_THAT(names,
-                ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement", "GetElementNames",
-                            "AlertAPI", "SelectViewpoint", "GetSelectedElements", "AddComponent",
-                            "AddViewpoint", "RegisterIfcFileName", "RequestFileName", "GetIfcFile",
-                            "GetApplicationInfo", "ExportIFCModel", "GetIfcDocuments", "ExportSnapshot"));
+    EXPECT_THAT(names, ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement",
+                                   "GetElementNames", "AlertAPI", "SelectViewpoint", "GetSelectedElements",
+                                   "AddComponent", "AddViewpoint", "RegisterIfcFileName", "RequestFileName",
+                                   "GetIfcFile", "GetApplicationInfo", "ExportIFCModel", "GetIfcDocuments",
+                                   "ExportSnapshot", "GetExportHistory", "SaveExportHistoryData",
+                                   "GetPublishSetHeaders", "GetPublishSetItems", "HandlePublishSets",
+                                   "CompleteExportPublish", "PreparePublishDocs", "GetPublishHistory",
+                                   "SavePublishHistory", "SetPublishHistory", "GetPublishItems"));
 }
 
 TEST_F(AddOnTest, AlertShowsThePagesText) {

@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "HostKit/API/IfcGuid.hpp"
+#include "HostKit/GSRoot/Text.hpp"
 
 namespace tests {
 
@@ -19,8 +20,8 @@ GSErrCode PlayedHost::ApplicationInfo(API_ServerApplicationInfo& info) {
 }
 
 GSErrCode PlayedHost::SpecialFolder(API_SpecFolderID id, IO::Location& location) {
-    if (id != API_TemporaryFolderID) return APIERR_BADPARS;
-    location = hostkit::ToLocation(temporaryFolder);
+    if (id != API_TemporaryFolderID && id != API_DataFolderID) return APIERR_BADPARS;
+    location = hostkit::ToLocation(id == API_DataFolderID ? temporaryFolder / "GRAPHISOFT" : temporaryFolder);
     return NoError;
 }
 
@@ -31,6 +32,41 @@ GSErrCode PlayedHost::Save(const API_FileSavePars& pars, const void* formatRecor
         !picture.keepSelectionHighlight || picture.view2D || picture.dithered)
         return APIERR_BADPARS;
     std::ofstream(hostkit::ToPath(*pars.file)) << "picture";
+    return NoError;
+}
+
+GSErrCode PlayedHost::PublisherSetCount(Int32& count) {
+    count = static_cast<Int32>(publisherSets.size());
+    return NoError;
+}
+
+GSErrCode PlayedHost::PublisherSet(Int32 index, API_NavigatorSet& set) {
+    const PlayedSet& played = publisherSets.at(static_cast<std::size_t>(index));
+    played.name.copy(set.name, sizeof set.name - 1);
+    set.guid = played.guid;
+    set.rootGuid = played.root;
+    return NoError;
+}
+
+GSErrCode PlayedHost::PublisherItems(const API_Guid& parent, GS::Array<API_NavigatorItem>& list) {
+    const auto found = publisherItems.find(parent);
+    if (found == publisherItems.end()) return NoError;
+    for (const PlayedItem& played : found->second) {
+        API_NavigatorItem& item = list.PushNew();
+        hostkit::Utf16(played.name).copy(item.uName, API_UniLongNameLen - 1);
+        item.guid = played.guid;
+    }
+    return NoError;
+}
+
+GSErrCode PlayedHost::Publish(const API_PublishPars& pars, const GS::Array<API_Guid>* items) {
+    published.push_back(hostkit::ToPath(*pars.path));
+    if (publisherSets.empty() || pars.guid != publisherSets[0].guid || items->GetSize() != 1)
+        return APIERR_BADPARS;
+    const auto found = publisherFiles.find(items->GetFirst());
+    if (found == publisherFiles.end()) return APIERR_BADID;
+    for (const std::string& file : found->second)
+        std::ofstream(published.back() / file) << file;
     return NoError;
 }
 
@@ -202,6 +238,14 @@ bool PlayedHostTest::CallForBool(const std::string& function, const nlohmann::js
     const auto result = GS::DynamicCast<DG::JSValue>(Call(function, ToScript(argument)));
     EXPECT_EQ(result->GetType(), DG::JSValue::BOOL);
     return result->GetBool();
+}
+
+std::string PlayedHostTest::CallForText(const std::string& function, const std::string& argument) {
+    try {
+        return ToText(GS::DynamicCast<DG::JSValue>(Call(function, Text(argument)))->GetString());
+    } catch (const GS::Exception& exception) {
+        return exception.what();
+    }
 }
 
 std::vector<nlohmann::json> PlayedHostTest::CallForComponents(const std::string& function,

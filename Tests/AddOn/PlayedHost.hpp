@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -23,6 +24,21 @@ class PlayedHost : public hostkit::Host {
         bool readable = true;
     };
 
+    struct PlayedSet {
+        std::string name;
+        API_Guid guid;
+        API_Guid root;
+    };
+    struct PlayedItem {
+        std::string name;
+        API_Guid guid;
+    };
+
+    std::vector<PlayedSet> publisherSets;
+    std::map<API_Guid, std::vector<PlayedItem>> publisherItems;   // by their parent
+    std::map<API_Guid, std::vector<std::string>> publisherFiles;  // that publishing an item writes
+    std::vector<std::filesystem::path> published;                 // folders, also when it failed
+
     std::vector<PlayedElement> elements;
     std::vector<API_Guid> selection;
     std::vector<API_Guid> zoomed;
@@ -40,6 +56,10 @@ class PlayedHost : public hostkit::Host {
     GSErrCode ApplicationInfo(API_ServerApplicationInfo& info) override;
     GSErrCode SpecialFolder(API_SpecFolderID id, IO::Location& location) override;
     GSErrCode Save(const API_FileSavePars& pars, const void* formatRecord) override;
+    GSErrCode PublisherSetCount(Int32& count) override;
+    GSErrCode PublisherSet(Int32 index, API_NavigatorSet& set) override;
+    GSErrCode PublisherItems(const API_Guid& parent, GS::Array<API_NavigatorItem>& list) override;
+    GSErrCode Publish(const API_PublishPars& pars, const GS::Array<API_Guid>* items) override;
     GSErrCode ElementList(const API_ElemType& type, API_ElemFilterFlags filter,
                           GS::Array<API_Guid>& list) override;
     GSErrCode Element(API_Element& element) override;
@@ -79,6 +99,8 @@ class PlayedHostTest : public testing::Test {
         return driver.Call(function, argument);
     }
     bool CallForBool(const std::string& function, const nlohmann::json& argument);
+    /// The text that the function returns; of what it throws instead, the message.
+    std::string CallForText(const std::string& function, const std::string& argument = "");
     /// The parsed texts of an array of component records.
     std::vector<nlohmann::json> CallForComponents(const std::string& function,
                                                   const nlohmann::json& argument = nullptr);
