@@ -36,3 +36,12 @@ export function withTick(ticked, node, on) {
     }
     return next;
 }
+
+/** The titles of the folders around each item, from the outermost one: a Map from the item's key. */
+export function foldersOf(nodes, outer = [], found = new Map()) {
+    for (const node of nodes) {
+        if (isFolder(node)) foldersOf(node.children, [...outer, node.title], found);
+        else found.set(node.key, outer);
+    }
+    return found;
+}

@@ -1,5 +1,6 @@
 import { element, icon } from "../dom.js";
 import { details, folderOf, hasFile, itemsFor, mostAtOnce, nameProblems, withValues } from "../logic/publish-items.js";
+import { foldersOf } from "../logic/publish-tree.js";
 import { text } from "../text.js";
 import { labelled, publishRow } from "./publish-row.js";
 import { publishStatus } from "./publish-status.js";
@@ -9,6 +10,8 @@ export function publishItemsView(parts) {
     const { service, publishChoice, publishing, publishValues, chosenProject, place, view, signal } = parts;
     const rows = new Map();
     let folders = [];
+    let paths = new Map();
+    let pathsOf = null; // the tree whose paths they are
     let question = 0;
 
     const count = element("span", { class: "count" });
@@ -51,7 +54,11 @@ export function publishItemsView(parts) {
     }
 
     function show() {
-        const { items } = publishChoice.state.get();
+        const { items, tree } = publishChoice.state.get();
+        if (tree !== pathsOf) {
+            pathsOf = tree;
+            paths = foldersOf(tree);
+        }
         const all = [...items.values()];
         const codes = nameProblems(all);
         const enabled = isReady() && !publishing.isBusy();
@@ -63,7 +70,8 @@ export function publishItemsView(parts) {
             if (!rows.has(item.key)) {
                 rows.set(item.key, publishRow(item.title, (changes) => publishChoice.edit([item.key], changes)));
             }
-            rows.get(item.key).show(item, { folders, standard, code: codes.get(item.key), enabled });
+            const [path, code] = [paths.get(item.key) ?? [], codes.get(item.key)];
+            rows.get(item.key).show(item, { path, folders, standard, code, enabled });
         }
         const views = all.slice(0, mostAtOnce).map(({ key }) => rows.get(key).view);
         if (views.some((one, at) => one !== list.children[at]) || views.length !== list.children.length) {

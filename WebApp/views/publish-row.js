@@ -10,6 +10,7 @@ export function publishRow(title, edited) {
         "aria-label": text("publish.folderOf", { title }),
         onchange: () => edited({ folder: folder.value }),
     });
+    const origin = element("span", { class: "quiet" });
     const badge = element("span", { class: "badge" });
     const problem = element("p", { class: "problem" });
     const result = element("p", { class: "quiet" });
@@ -26,7 +27,12 @@ export function publishRow(title, edited) {
     const view = element(
         "li",
         {},
-        element("div", { class: "between" }, element("span", { class: "name" }, title), badge),
+        element(
+            "div",
+            { class: "between" },
+            element("span", {}, element("span", { class: "name" }, title), " ", origin),
+            badge,
+        ),
         element("div", { class: "pair" }, name, element("div", { class: "select" }, folder)),
         problem,
         result,
@@ -43,7 +49,7 @@ export function publishRow(title, edited) {
         });
     }
 
-    function show(item, { folders, standard, code, enabled }) {
+    function show(item, { path, folders, standard, code, enabled }) {
         const fallback = text("publish.standardFolder", { name: standard?.name ?? "–" });
         fillFolders(folder, folders, fallback, item.folder);
         for (const [field, control] of [["docName", name], ...fields]) {
@@ -53,13 +59,14 @@ export function publishRow(title, edited) {
         view.dataset.publishKey = item.key;
         view.dataset.state = item.state;
         badge.textContent = item.state === "chosen" ? "" : text(`publish.state.${item.state}`);
-        name.setAttribute("aria-invalid", String(Boolean(code)));
-        problem.textContent = code ? text(problemKeys[code] ?? `fileName.${code}`) : (item.message ?? "");
+        const wrong = code && code !== "maybeSame";
+        name.setAttribute("aria-invalid", String(Boolean(wrong)));
+        problem.textContent = wrong ? nameMessage(code) : (item.message ?? "");
         const into = folders.find(({ id }) => String(id) === item.folder) ?? standard;
         const isDone = item.state === "done";
-        result.textContent = isDone
-            ? text("publish.stored", { document: documentName(item), folder: into?.name ?? "" })
-            : "";
+        const stored = () => text("publish.stored", { document: documentName(item), folder: into?.name ?? "" });
+        result.textContent = isDone ? stored() : code === "maybeSame" ? text("publish.maybeSame") : "";
+        origin.textContent = path.join(" › ");
         if (isDone) view.dataset.documentId = item.documentId;
         else delete view.dataset.documentId;
         const filled = details.map((detail) => item[detail].trim()).filter(Boolean);
@@ -70,7 +77,7 @@ export function publishRow(title, edited) {
     return { view, show };
 }
 
-const problemKeys = { same: "publish.same", maybeSame: "publish.maybeSame" };
+const nameMessage = (code) => text(code === "same" ? "publish.same" : `fileName.${code}`);
 
 export function labelled(label, field) {
     return element("label", {}, label, field);
