@@ -91,7 +91,11 @@ export class PublishChoice {
         const lost = [...this.state.get().items.values()].filter(
             ({ folder }) => folder !== "" && !folderIds.includes(folder),
         );
-        if (lost.length) this.edit(lost.map(({ key }) => key), { folder: "" });
+        if (lost.length)
+            this.edit(
+                lost.map(({ key }) => key),
+                { folder: "" },
+            );
     }
 
     /** Takes the items of a publishing run, whatever else was known of them. */

@@ -186,7 +186,10 @@ export class Publishing {
         run.before = await this.host.publishedDocuments();
         if (run !== this.#run) return;
         run.uploads = items.map(({ key }) => key);
-        this.choice.update(run.items, run.uploads.map((key) => [key, { state: "uploading", message: null }]));
+        this.choice.update(
+            run.items,
+            run.uploads.map((key) => [key, { state: "uploading", message: null }]),
+        );
         this.#store(run);
         this.#owed += 1;
         const { projectId } = run;
@@ -222,19 +225,27 @@ export class Publishing {
         const left = run.keys.length - stored.length;
         const partly = text("publish.someNotUploaded", { count: left });
         this.#end(
-            left ? { state: "failed", message: message ?? partly } : { state: "done", uploaded: stored.length },
+            left
+                ? { state: "failed", message: message ?? partly }
+                : { state: "done", uploaded: stored.length },
         );
         const time = new Date().toISOString();
-        const entries = stored.map((key) => run.items.get(key)).filter(Boolean).map((item) => {
-            return { time, kind: "document", name: item.title, document: documentName(item) };
-        });
+        const entries = stored
+            .map((key) => run.items.get(key))
+            .filter(Boolean)
+            .map((item) => {
+                return { time, kind: "document", name: item.title, document: documentName(item) };
+            });
         await this.history.add(run.projectId, false, entries);
     }
 
     #outcome(run, ids, message) {
         const outcome = (key) =>
             ids.has(key) ? { state: "done", documentId: ids.get(key) } : { state: "failed", message };
-        this.choice.update(run.items, (run.uploads ?? []).map((key) => [key, outcome(key)]));
+        this.choice.update(
+            run.items,
+            (run.uploads ?? []).map((key) => [key, outcome(key)]),
+        );
     }
 
     // The host does not hand on the service's answers; the service itself knows whether the sign-in ended.
@@ -254,7 +265,10 @@ export class Publishing {
         } catch (error) {
             if (run !== this.#run) return;
             this.#run = null;
-            this.choice.update(run.items, (run.uploads ?? []).map((key) => [key, { state: "prepared" }]));
+            this.choice.update(
+                run.items,
+                (run.uploads ?? []).map((key) => [key, { state: "prepared" }]),
+            );
             this.#end({ state: "failed", message: messageOf(error) });
         }
     }

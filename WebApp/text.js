@@ -160,7 +160,7 @@ export const texts = {
         "publish.itemNotPrepared":
             "Archicad could not publish this item. Check in its Publisher that the view or layout and the output format still exist, then prepare again.",
         "publish.itemNotUploaded":
-            "Not uploaded. Check that the folder still exists and that the service is running, then upload again.",
+            "Not uploaded. Check that the folder still exists and that the service is running, then press “Prepare and upload”.",
         "publish.noAnswer":
             "Not known to be uploaded. Look for it among the documents of its folder; if it is missing, upload again.",
 
@@ -450,7 +450,7 @@ export const texts = {
         "publish.itemNotPrepared":
             "Archicad konnte diesen Artikel nicht veröffentlichen. Prüfen Sie in seinem Publisher, ob es Ausschnitt oder Layout und das Ausgabeformat noch gibt, und bereiten Sie erneut vor.",
         "publish.itemNotUploaded":
-            "Nicht hochgeladen. Prüfen Sie, ob es den Ordner noch gibt und der Dienst läuft, und laden Sie erneut hoch.",
+            "Nicht hochgeladen. Prüfen Sie, ob es den Ordner noch gibt und der Dienst läuft, und drücken Sie „Vorbereiten und hochladen“.",
         "publish.noAnswer":
             "Ob das hochgeladen wurde, ist nicht bekannt. Sehen Sie unter den Dokumenten des Ordners nach; fehlt es, laden Sie es erneut hoch.",
 

@@ -14,7 +14,11 @@ export function leavesOf(nodes) {
 export function tickStates(nodes, ticked) {
     const states = new Map();
     const stateOf = (node) => {
-        const state = isFolder(node) ? together(node.children.map(stateOf)) : ticked.has(node.key) ? "on" : "off";
+        const state = isFolder(node)
+            ? together(node.children.map(stateOf))
+            : ticked.has(node.key)
+              ? "on"
+              : "off";
         states.set(node.key, state);
         return state;
     };

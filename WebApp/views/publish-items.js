@@ -1,5 +1,13 @@
 import { element, icon } from "../dom.js";
-import { details, folderOf, hasFile, itemsFor, mostAtOnce, nameProblems, withValues } from "../logic/publish-items.js";
+import {
+    details,
+    folderOf,
+    hasFile,
+    itemsFor,
+    mostAtOnce,
+    nameProblems,
+    withValues,
+} from "../logic/publish-items.js";
 import { foldersOf } from "../logic/publish-tree.js";
 import { text } from "../text.js";
 import { labelled, publishRow } from "./publish-row.js";
@@ -15,8 +23,14 @@ export function publishItemsView(parts) {
     let question = 0;
 
     const count = element("span", { class: "count" });
-    const list = element("ul", { id: "publish-items", class: "rows", "aria-labelledby": "publish-items-heading" });
-    const common = commonView((changes) => publishChoice.edit([...publishChoice.state.get().items.keys()], changes));
+    const list = element("ul", {
+        id: "publish-items",
+        class: "rows",
+        "aria-labelledby": "publish-items-heading",
+    });
+    const common = commonView((changes) =>
+        publishChoice.edit([...publishChoice.state.get().items.keys()], changes),
+    );
     const suggestions = element("div", { hidden: true });
     const button = (what, id, look, picture) => {
         const label = element("span");
@@ -68,7 +82,10 @@ export function publishItemsView(parts) {
         }
         for (const item of all.slice(0, mostAtOnce)) {
             if (!rows.has(item.key)) {
-                rows.set(item.key, publishRow(item.title, (changes) => publishChoice.edit([item.key], changes)));
+                rows.set(
+                    item.key,
+                    publishRow(item.title, (changes) => publishChoice.edit([item.key], changes)),
+                );
             }
             const [path, code] = [paths.get(item.key) ?? [], codes.get(item.key)];
             rows.get(item.key).show(item, { path, folders, standard, code, enabled });

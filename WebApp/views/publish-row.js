@@ -55,7 +55,8 @@ export function publishRow(title, edited) {
         for (const [field, control] of [["docName", name], ...fields]) {
             if (control.value !== item[field]) control.value = item[field];
         }
-        for (const control of [name, folder, ...fields.map(([, field]) => field)]) control.disabled = !enabled;
+        for (const control of [name, folder, ...fields.map(([, field]) => field)])
+            control.disabled = !enabled;
         view.dataset.publishKey = item.key;
         view.dataset.state = item.state;
         badge.textContent = item.state === "chosen" ? "" : text(`publish.state.${item.state}`);
@@ -64,7 +65,8 @@ export function publishRow(title, edited) {
         problem.textContent = wrong ? nameMessage(code) : (item.message ?? "");
         const into = folders.find(({ id }) => String(id) === item.folder) ?? standard;
         const isDone = item.state === "done";
-        const stored = () => text("publish.stored", { document: documentName(item), folder: into?.name ?? "" });
+        const stored = () =>
+            text("publish.stored", { document: documentName(item), folder: into?.name ?? "" });
         result.textContent = isDone ? stored() : code === "maybeSame" ? text("publish.maybeSame") : "";
         origin.textContent = path.join(" › ");
         if (isDone) view.dataset.documentId = item.documentId;

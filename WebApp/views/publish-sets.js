@@ -25,7 +25,9 @@ export function publishSetsView({ publishChoice, publishing, chosenProject, proj
         const guids = now.sets.map(({ guid }) => guid).join();
         if (sets.dataset.guids !== guids) {
             sets.dataset.guids = guids;
-            sets.replaceChildren(...now.sets.map(({ guid, title }) => element("option", { value: guid }, title)));
+            sets.replaceChildren(
+                ...now.sets.map(({ guid, title }) => element("option", { value: guid }, title)),
+            );
         }
         sets.value = now.set?.guid ?? "";
         sets.disabled = !enabled;
@@ -61,7 +63,11 @@ export function publishSetsView({ publishChoice, publishing, chosenProject, proj
 function messageFor({ phase, message, sets, tree }, load) {
     if (phase === "none") return [element("p", { class: "quiet" }, text("publish.noProject"))];
     if (phase === "failed") {
-        const retry = element("button", { type: "button", class: "link", onclick: load }, text("publish.retry"));
+        const retry = element(
+            "button",
+            { type: "button", class: "link", onclick: load },
+            text("publish.retry"),
+        );
         return [notice("failed", message, retry)];
     }
     if (phase === "loading") {

@@ -31,7 +31,10 @@ function content(now, publishing, signal) {
             const said = "uploaded" in now ? text("publish.uploaded", { count: now.uploaded }) : null;
             return [
                 closable(
-                    notice("done", element("strong", {}, said ?? text("publish.prepared", { count: now.prepared }))),
+                    notice(
+                        "done",
+                        element("strong", {}, said ?? text("publish.prepared", { count: now.prepared })),
+                    ),
                     publishing,
                 ),
             ];

@@ -73,12 +73,7 @@ export function publishTree(ticked) {
             toggle.setAttribute("aria-expanded", String(wanted));
         }
         open(opened);
-        return element(
-            "li",
-            { "data-tree-key": node.key },
-            element("div", {}, toggle, label),
-            list,
-        );
+        return element("li", { "data-tree-key": node.key }, element("div", {}, toggle, label), list);
     }
 
     // One box of the tree is reached with the Tab key, as in any tree.
