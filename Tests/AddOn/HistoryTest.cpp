@@ -27,6 +27,12 @@ class HistoryTest : public PlayedHostTest {
     static std::string Remembered(const std::string& set, const std::string& items) {
         return Json{{"publishSet", set}, {"publishItems", items}}.dump();
     }
+    static Json Item(const std::string& key) {
+        Json item{{"filePath", "/gone"}, {"key", key}, {"ext", "pdf"}, {"title", "T"}, {"isLeaf", true}};
+        item.update({{"folder", "f"}, {"isImport", false}, {"docName", "d"}});
+        item.update({{"discipline", "x"}, {"building", "b"}, {"floor", "0"}});
+        return item;
+    }
     fs::path Data() const { return folder.Path() / "Kestrane/ArchiCAD"; }
     fs::path PublishFile(const std::string& project) const {
         return Data() / "Publish History" / (project + ".phs");
@@ -57,29 +63,16 @@ TEST_F(HistoryTest, ExportsAreKeptByProjectAndKind) {
 
 TEST_F(HistoryTest, BadExportRequestsAndOddProjects) {
     Save("P1", "kept", true);
-    struct Case {
-        const char* function;
-        const char* request;
-        const char* answer;
-    };
-    const Case cases[] = {
-        {"SaveExportHistoryData", "{", ""},
-        {"SaveExportHistoryData", R"({"projectId":"P1","data":"lost","model":true})", ""},
-        {"SaveExportHistoryData", R"({"projectId":"P1","isModel":true})", ""},
-        {"SaveExportHistoryData", R"({"data":"lost","isModel":true})", ""},
-        {"SaveExportHistoryData", "[]", "Bad cast."},
-        {"SaveExportHistoryData", R"({"projectId":"P1","data":["lost"],"isModel":true})", "Bad cast."},
-        {"SaveExportHistoryData", R"({"projectId":"P1","data":"lost","isModel":1})", "Bad cast."},
-        {"SaveExportHistoryData", R"({"projectId":null,"data":"lost","isModel":true})", "Bad cast."},
-        {"GetExportHistory", "{", ""},
-        {"GetExportHistory", R"({"projectId":"P1","isModel":true})", ""},
-        {"GetExportHistory", R"({"model":true})", ""},
-        {"GetExportHistory", "[]", "Bad cast."},
-        {"GetExportHistory", R"({"projectId":5,"model":true})", "Bad cast."},
-        {"GetExportHistory", R"({"projectId":"P1","model":"true"})", "Bad cast."}};
-    for (const auto& [function, request, answer] : cases) {
-        EXPECT_EQ(CallForText(function, request), answer) << request;
-        EXPECT_EQ(Load("P1", true), "kept") << request;
+    const std::pair<const char*, Json> requests[] = {
+        {"SaveExportHistoryData", {{"projectId", "P1"}, {"data", "lost"}, {"isModel", true}}},
+        {"GetExportHistory", {{"projectId", "P1"}, {"model", true}}}};
+    for (const auto& [function, request] : requests) {
+        auto cases = SpoilEach(request, "", {"projectId", "data", "isModel", "model"});
+        cases.insert(cases.end(), {{"{", ""}, {"[]", "Bad cast."}, {"null", "Bad cast."}});
+        for (const auto& [text, answer] : cases) {
+            EXPECT_EQ(CallForText(function, text), answer) << text;
+            EXPECT_EQ(Load("P1", true), "kept") << text;
+        }
     }
     for (const std::string& project : {std::string("a/b"), std::string("../P1"), std::string(5000, 'x')}) {
         Save(project, "text", true);
@@ -106,21 +99,8 @@ TEST_F(HistoryTest, BadExportRequestsAndOddProjects) {
 }
 
 TEST_F(HistoryTest, PublishedSelectionSurvivesThePalette) {
-    const auto item = [](const std::string& key) {
-        return Json{{"filePath", "/gone/" + key},
-                    {"key", key},
-                    {"ext", "pdf"},
-                    {"title", "Plan " + key},
-                    {"isLeaf", true},
-                    {"folder", "f"},
-                    {"isImport", false},
-                    {"docName", "d"},
-                    {"discipline", "x"},
-                    {"building", "b"},
-                    {"floor", "0"}};
-    };
     EXPECT_EQ(CallForText("GetPublishItems", "P1"), "[]");
-    const std::string items = Json{item("K1"), item("K2")}.dump();
+    const std::string items = Json{Item("K1"), Item("K2")}.dump();
     Remember("P1", "Set", items);
     EXPECT_EQ(CallForText("GetPublishItems", "P1"), Remembered("Set", items));
     Call("SavePublishHistory");
@@ -132,7 +112,7 @@ TEST_F(HistoryTest, PublishedSelectionSurvivesThePalette) {
     Call("SavePublishHistory");  // nothing is remembered: nothing is written
     Call("GetPublishHistory", Text("P1"));
     const std::string kept =
-        R"([{"filePath":"K2 copy.dwg","key":"K2","title":"Plan K2","ext":"pdf","isLeaf":true,"folder":"f",)"
+        R"([{"filePath":"K2 copy.dwg","key":"K2","title":"T","ext":"pdf","isLeaf":true,"folder":"f",)"
         R"("isImport":false,"docName":"d","discipline":"x","building":"b","floor":"0"}])";
     EXPECT_EQ(CallForText("GetPublishItems", "P1"), Remembered("Set", kept));
 
@@ -156,29 +136,25 @@ TEST_F(HistoryTest, PublishedSelectionSurvivesThePalette) {
 TEST_F(HistoryTest, DamagedPublishHistoriesChangeNothing) {
     Remember("P0", "s", "[]");
     Call("SavePublishHistory");
-    struct Case {
-        const char* content;
-        const char* answer;
+    const auto stored = [](const std::string& items) {
+        return Json{{"publishSet", "s"}, {"publishItems", items}};
     };
-    const Case files[] = {{"", ""},
-                          {"{", ""},
-                          {"[]", "Bad cast."},
-                          {R"({"publishItems":"[]"})", "Null reference."},
-                          {R"({"publishSet":"s"})", "Null reference."},
-                          {R"({"publishSet":"s","publishItems":[]})", "Bad cast."},
-                          {R"({"publishSet":"s","publishItems":"no JSON"})", ""},
-                          {R"({"publishSet":"s","publishItems":"{}"})", "Bad cast."},
-                          {R"({"publishSet":"s","publishItems":"[5]"})", "Bad cast."},
-                          {R"({"publishSet":"s","publishItems":"[{}]"})", "Null reference."}};
+    auto files = SpoilEach(stored("[]"));
+    files.insert(files.end(), {{"", ""},
+                               {"{", ""},
+                               {"[]", "Bad cast."},
+                               {stored("no JSON").dump(), ""},
+                               {stored("{}").dump(), "Bad cast."},
+                               {stored("[5]").dump(), "Bad cast."}});
+    for (const auto& [items, answer] : SpoilEach({Item("K")}, "/0"))
+        files.emplace_back(stored(items).dump(), answer);
     for (const auto& [content, answer] : files) {
         std::ofstream(PublishFile("P1")) << content;
         EXPECT_EQ(CallForText("GetPublishHistory", "P1"), answer) << content;
         EXPECT_EQ(CallForText("GetPublishItems", "P0"), Remembered("s", "[]")) << content;
     }
-    const Case requests[] = {{"{", ""},
-                             {"[]", "Bad cast."},
-                             {R"({"projectId":"P","publishItems":"[]"})", "Null reference."},
-                             {R"({"projectId":"P","publishItems":[],"publishSet":"s"})", "Bad cast."}};
+    auto requests = SpoilEach({{"projectId", "P"}, {"publishItems", "[]"}, {"publishSet", "s"}});
+    requests.insert(requests.end(), {{"{", ""}, {"[]", "Bad cast."}});
     for (const auto& [request, answer] : requests) {
         EXPECT_EQ(CallForText("SetPublishHistory", request), answer) << request;
         EXPECT_EQ(CallForText("GetPublishItems", "P0"), Remembered("s", "[]")) << request;

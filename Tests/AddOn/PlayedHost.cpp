@@ -265,6 +265,21 @@ std::string IfcGuid(UInt32 number) {
     return hostkit::ToIfcGuid(Guid(number));
 }
 
+std::vector<std::pair<std::string, std::string>> SpoilEach(const nlohmann::ordered_json& request,
+                                                           const std::string& place,
+                                                           const std::set<std::string>& mayBeMissing) {
+    std::vector<std::pair<std::string, std::string>> cases;
+    const nlohmann::ordered_json::json_pointer pointer(place);
+    for (const auto& member : request[pointer].items()) {
+        nlohmann::ordered_json spoilt = request;
+        spoilt[pointer][member.key()] = 5;
+        cases.emplace_back(spoilt.dump(), "Bad cast.");
+        spoilt[pointer].erase(member.key());
+        cases.emplace_back(spoilt.dump(), mayBeMissing.count(member.key()) != 0 ? "" : "Null reference.");
+    }
+    return cases;
+}
+
 GS::Ref<DG::JSBase> ToScript(const nlohmann::json& value) {
     if (value.is_boolean()) return new DG::JSValue(value.get<bool>());
     if (value.is_number_integer()) return new DG::JSValue(value.get<Int32>());

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -115,6 +116,12 @@ class PlayedHostTest : public testing::Test {
 /// A GUID with this number in its first digits, and its text in IFC files.
 API_Guid Guid(UInt32 number);
 std::string IfcGuid(UInt32 number);
+
+/// The request once for each of its members at the place (a JSON pointer) without it and once with it of
+/// another kind, and the message that the add-on rejects it with: none when the member may be missing.
+std::vector<std::pair<std::string, std::string>> SpoilEach(const nlohmann::ordered_json& request,
+                                                           const std::string& place = "",
+                                                           const std::set<std::string>& mayBeMissing = {});
 
 /// As the page's value arrives in the host.
 GS::Ref<DG::JSBase> ToScript(const nlohmann::json& value);

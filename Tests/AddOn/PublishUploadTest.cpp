@@ -210,28 +210,16 @@ TEST_F(PublishUploadTest, BadOrdersStartNothing) {
     vanished["publishItems"][0]["filePath"] = (folder.Path() / "vanished.pdf").string();
     Json nested = good;
     nested["publishItems"][0]["docName"] = "../up";
-    Json unnamed = good;
-    unnamed.erase("publishItems");
-    std::vector<std::pair<std::string, std::string>> cases{{"", ""},
-                                                           {"{", ""},
-                                                           {Order({}).dump(), ""},
-                                                           {vanished.dump(), ""},
-                                                           {nested.dump(), ""},
-                                                           {unnamed.dump(), ""},
-                                                           {"[]", "Bad cast."},
-                                                           {Order({"text"}).dump(), "Bad cast."}};
-    const auto spoil = [&cases](const Json& order, const Json::json_pointer& place) {
-        Json spoilt = order;
-        spoilt[place] = 5;
-        cases.emplace_back(spoilt.dump(), "Bad cast.");
-        spoilt[place.parent_pointer()].erase(place.back());
-        const bool mayBeMissing = place.back() == "publishItems";
-        cases.emplace_back(spoilt.dump(), mayBeMissing ? "" : "Null reference.");
-    };
-    for (const auto& [name, value] : good.items())
-        spoil(good, Json::json_pointer("/" + name));
-    for (const auto& [name, value] : good["publishItems"][0].items())
-        spoil(good, Json::json_pointer("/publishItems/0/" + name));
+    auto cases = SpoilEach(good, "", {"publishItems"});
+    for (const auto& ofItem : SpoilEach(good, "/publishItems/0"))
+        cases.push_back(ofItem);
+    cases.insert(cases.end(), {{"", ""},
+                               {"{", ""},
+                               {Order({}).dump(), ""},
+                               {vanished.dump(), ""},
+                               {nested.dump(), ""},
+                               {"[]", "Bad cast."},
+                               {Order({"text"}).dump(), "Bad cast."}});
     int failures = 1;
     for (const auto& [order, answer] : cases) {
         EXPECT_EQ(CallForText("HandlePublishSets", order), answer) << order;

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <stdexcept>
 #include <thread>
+#include <tuple>
 
 #include "DGModule.hpp"
 #include "HostKit/GSRoot/ThreadRegister.hpp"
@@ -210,18 +211,13 @@ TEST_F(DialogTest, WithoutAResourceNothingIsShown) {
 }
 
 TEST_F(DialogTest, ModalDialogsAreLeftByButtonsKeysAndObjections) {
-    struct Case {
-        std::optional<short> answer;
-        bool closes;
-        bool accepted;
-        const char* events;
-    };
-    const Case cases[] = {{1, true, true, "opened button accepting closed "},
-                          {std::nullopt, true, false, "opened cancelling closed "},
-                          {3, true, false, "opened other cancelling closed "},
-                          {2, true, false, "opened cancelling closed "},  // a list is no button
-                          {9, true, false, "opened cancelling closed "},
-                          {1, false, false, "opened button accepting cancelling closed "}};
+    const std::tuple<std::optional<short>, bool, bool, const char*> cases[] = {
+        {1, true, true, "opened button accepting closed "},
+        {std::nullopt, true, false, "opened cancelling closed "},
+        {3, true, false, "opened other cancelling closed "},
+        {2, true, false, "opened cancelling closed "},  // a list is no button
+        {9, true, false, "opened cancelling closed "},
+        {1, false, false, "opened button accepting cancelling closed "}};
     for (const auto& [answer, closes, accepted, events] : cases) {
         TestDialog dialog;
         dialog.closes = closes;
