@@ -26,7 +26,6 @@ export class Publishing {
     status = new Value({ state: "idle" });
 
     #run = null; // the last one; also after it was given up, since it may end after all
-    #owed = 0; // uploads whose end the host has not reported yet
 
     constructor(host, service, choice, history, pending, interval = 1000) {
         this.host = host;
@@ -70,7 +69,6 @@ export class Publishing {
         this.choice.adopt(run);
         this.status.set(statusOf(run));
         if (run.state === "uploading") {
-            this.#owed = 1;
             const ids = await this.#documents(run);
             if (run.uploads.every((key) => ids.has(key))) await this.#settle(run, ids);
             return;
@@ -83,20 +81,14 @@ export class Publishing {
         });
     }
 
-    /** The host has uploaded what it was asked to, or failed to. */
+    /** The host has uploaded what it was asked to last, or failed to. */
     async complete() {
-        this.#owed = Math.max(0, this.#owed - 1);
         const run = this.#run;
-        if (!run?.uploads) return;
-        const ids = await this.#documents(run);
-        // It may be the end of a run that was given up before this one.
-        const all = run.uploads.every((key) => ids.has(key));
-        if (run === this.#run && (all || this.#owed === 0)) await this.#settle(run, ids);
+        if (run?.uploads) await this.#settle(run, await this.#documents(run));
     }
 
     /** The host could not begin to upload. */
     async fail() {
-        this.#owed = Math.max(0, this.#owed - 1);
         const run = this.#run;
         if (run?.uploads) await this.#settle(run, new Map(), text("publish.nothingUploaded"));
     }
@@ -191,15 +183,9 @@ export class Publishing {
             run.uploads.map((key) => [key, { state: "uploading", message: null }]),
         );
         this.#store(run);
-        this.#owed += 1;
         const { projectId } = run;
         const publishItems = items.map((item) => orderOf(this.#placed(run, item)));
-        await this.host
-            .uploadPublish({ projectId, token: this.service.token, publishItems })
-            .catch((error) => {
-                this.#owed -= 1;
-                throw error;
-            });
+        await this.host.uploadPublish({ projectId, token: this.service.token, publishItems });
     }
 
     #placed(run, item) {
