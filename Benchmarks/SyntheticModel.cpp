@@ -42,8 +42,10 @@ std::string Ref(size_t id) {
     return '#' + std::to_string(id);
 }
 
+thread_local std::string modelName;
+
 std::string Root(const std::string& kind, size_t number, const std::string& name) {
-    const API_Guid guid = workbench::GuidFromName(kind + std::to_string(number));
+    const API_Guid guid = workbench::GuidFromName(modelName + kind + std::to_string(number));
     return "'" + workbench::GlobalIdFromGuid(guid) + "',$," + name + ",$";
 }
 
@@ -80,7 +82,8 @@ size_t WriteWall(Pen& pen, const Context& context, size_t number, size_t storeyP
 
 }  // namespace
 
-size_t WriteSyntheticModel(const std::filesystem::path& file, size_t bytes) {
+size_t WriteSyntheticModel(const std::filesystem::path& file, size_t bytes, const std::string& name) {
+    modelName = name;
     Pen pen(file);
     pen.Raw(
         "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION(('ViewDefinition [ReferenceView_V1.2]'),'2;1');\n"

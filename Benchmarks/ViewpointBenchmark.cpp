@@ -2,7 +2,6 @@
 // hidden, a thousand selected. Each size is measured in a process of its own.
 // Usage: ViewpointBenchmark [elements]
 
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -19,6 +18,7 @@
 #include "HostKit/API/AddOnLoader.hpp"
 #include "HostKit/API/IfcGuid.hpp"
 #include "HostKit/DG/RecordingDriver.hpp"
+#include "Measuring.hpp"
 #include "Workbench/api/Application.hpp"
 #include "Workbench/project/GlobalId.hpp"
 #include "palette/Viewpoint.hpp"
@@ -26,7 +26,8 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Clock = std::chrono::steady_clock;
+using benchmarks::Expect;
+using benchmarks::PeakMegabytes;
 
 constexpr int rounds = 5;
 constexpr std::size_t selectedCount = 1000;
@@ -49,26 +50,10 @@ void WriteModel(const fs::path& file, std::size_t count) {
 double Milliseconds(const std::function<void()>& job) {
     std::vector<double> times;
     for (int round = 0; round < rounds; ++round) {
-        const auto begin = Clock::now();
-        job();
-        times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
+        times.push_back(1000 * benchmarks::Seconds(job));
     }
     std::ranges::sort(times);
     return times[rounds / 2];
-}
-
-double PeakMegabytes() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.starts_with("VmHWM:")) return std::strtod(line.c_str() + 6, nullptr) / 1024;
-    return 0;
-}
-
-/// Keeps the compiler from leaving out what is measured.
-void Expect(bool right, int line = __builtin_LINE()) {
-    if (right) return;
-    std::fprintf(stderr, "A measured step went wrong, line %d.\n", line);
-    std::exit(1);
 }
 
 /// The least that any program must do: the shown elements' records, one after the other.
@@ -156,15 +141,5 @@ int main(int argc, char** argv) {
     }
     std::printf("%9s %12s %9s %12s %12s %12s %12s\n", "elements", "capture", "plain", "restore",
                 "resolve one", "JSON", "peak +");
-    std::fflush(stdout);
-    for (const char* count : {"1000", "10000", "100000", "1000000"}) {
-        const pid_t child = fork();
-        if (child == 0) {
-            execl("/proc/self/exe", argv[0], count, nullptr);
-            std::_Exit(1);
-        }
-        int status = 0;
-        if (waitpid(child, &status, 0) < 0 || status != 0) return 1;
-    }
-    return 0;
+    return benchmarks::RunForEach(argv[0], {"1000", "10000", "100000", "1000000"});
 }

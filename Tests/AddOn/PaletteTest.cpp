@@ -192,8 +192,9 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
     EXPECT_EQ(ToText(driver.PageObject()->GetName()), "KESTAPI");
     EXPECT_THAT(names, ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement",
                                    "GetElementNames", "AlertAPI", "SelectViewpoint", "GetSelectedElements",
-                                   "AddComponent", "AddViewpoint", "RegisterIfcFileName", "RequestFileName",
-                                   "GetIfcFile", "GetApplicationInfo", "ExportIFCModel", "GetIfcDocuments",
+                                   "AddComponent", "AddViewpoint", "ImportIfcModel", "RegisterIfcFileName",
+                                   "RequestFileName", "GetIfcFile", "GetApplicationInfo", "ImportIfcFiles",
+                                   "OpenIfcModels", "ExportIFCModel", "GetIfcDocuments",
                                    "ExportSnapshot", "GetExportHistory", "SaveExportHistoryData",
                                    "GetPublishSetHeaders", "GetPublishSetItems", "HandlePublishSets",
                                    "CompleteExportPublish", "PreparePublishDocs", "GetPublishHistory",

@@ -35,6 +35,32 @@ GSErrCode PlayedHost::Save(const API_FileSavePars& pars, const void* formatRecor
     return NoError;
 }
 
+GSErrCode PlayedHost::Open(const API_FileOpenPars& pars) {
+    calls.push_back("Open");
+    if (pars.fileTypeID != APIFType_IfcFile || pars.libGiven || pars.useStoredLib || pars.enableSaveAlert ||
+        pars.archiveLib != nullptr)
+        return APIERR_BADPARS;
+    opened.push_back(hostkit::ToPath(*pars.file));
+    whileOpening();
+    const auto model = models.find(opened.back().filename().string());
+    if (model == models.end()) return APIERR_BADNAME;
+    elements = model->second;
+    return NoError;
+}
+
+void PlayedHost::BeginUndoable(const GS::UniString& name) {
+    calls.push_back("Begin " + ToText(name));
+}
+
+void PlayedHost::EndUndoable(bool succeeded) {
+    calls.push_back(succeeded ? "End" : "Revert");
+}
+
+GSErrCode PlayedHost::CreateElement(API_Element& element) {
+    created.push_back(element.header.guid.timeLow);
+    return NoError;
+}
+
 GSErrCode PlayedHost::PublisherSetCount(Int32& count) {
     count = static_cast<Int32>(publisherSets.size());
     return NoError;
@@ -221,17 +247,22 @@ GSErrCode PlayedHost::Selection(API_SelectionInfo& info, GS::Array<API_Neig>& li
 }
 
 PlayedHostTest::PlayedHostTest()
-    : session(host, driver,
+    : session(std::in_place, host, driver,
               hostkit::Resources::Load(std::filesystem::path(KESTRANE_SHARE) / "resources", "INT")) {
     host.temporaryFolder = folder.Path();
     host.elements = {{Guid(1), APINULLGuid, "W-001"}, {Guid(2), Guid(0xF2), "W-\"002\\\""}};
     hostkit::LoadAddOn();
-    session.GetRegistry().SendPaletteMessage(APIPalMsg_OpenPalette);
+    session->GetRegistry().SendPaletteMessage(APIPalMsg_OpenPalette);
 }
 
 PlayedHostTest::~PlayedHostTest() {
-    hostkit::UnloadAddOn();
+    EndHost();
     EXPECT_EQ(hostkit::LiveHandles(), 0) << "a host handle was not released";
+}
+
+void PlayedHostTest::EndHost() {
+    hostkit::UnloadAddOn();
+    session.reset();
 }
 
 bool PlayedHostTest::CallForBool(const std::string& function, const nlohmann::json& argument) {

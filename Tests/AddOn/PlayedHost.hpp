@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -41,6 +43,10 @@ class PlayedHost : public hostkit::Host {
     std::vector<std::filesystem::path> published;                 // folders, also when it failed
 
     std::vector<PlayedElement> elements;
+    std::map<std::string, std::vector<PlayedElement>> models;  // what can be opened, by file name
+    std::function<void()> whileOpening = [] {};
+    std::vector<std::filesystem::path> opened;  // or tried to
+    std::vector<UInt32> created;                // as Guid() takes them
     std::vector<API_Guid> selection;
     std::vector<API_Guid> zoomed;
     API_3DProjectionInfo projection = {};
@@ -57,6 +63,10 @@ class PlayedHost : public hostkit::Host {
     GSErrCode ApplicationInfo(API_ServerApplicationInfo& info) override;
     GSErrCode SpecialFolder(API_SpecFolderID id, IO::Location& location) override;
     GSErrCode Save(const API_FileSavePars& pars, const void* formatRecord) override;
+    GSErrCode Open(const API_FileOpenPars& pars) override;
+    void BeginUndoable(const GS::UniString& name) override;
+    void EndUndoable(bool succeeded) override;
+    GSErrCode CreateElement(API_Element& element) override;
     GSErrCode PublisherSetCount(Int32& count) override;
     GSErrCode PublisherSet(Int32 index, API_NavigatorSet& set) override;
     GSErrCode PublisherItems(const API_Guid& parent, GS::Array<API_NavigatorItem>& list) override;
@@ -105,12 +115,14 @@ class PlayedHostTest : public testing::Test {
     /// The parsed texts of an array of component records.
     std::vector<nlohmann::json> CallForComponents(const std::string& function,
                                                   const nlohmann::json& argument = nullptr);
-    hostkit::Faults& Faults() { return session.GetFaults(); }
+    hostkit::Faults& Faults() { return session->GetFaults(); }
+    /// The host ends, and with it all that is the add-on's on the main thread.
+    void EndHost();
 
     TemporaryFolder folder;
     hostkit::dg::RecordingDriver driver;
     PlayedHost host;
-    hostkit::Session session;
+    std::optional<hostkit::Session> session;
 };
 
 /// A GUID with this number in its first digits, and its text in IFC files.

@@ -13,6 +13,15 @@ std::optional<API_Element> GetElement(const API_Guid& guid) {
     return element;
 }
 
+GSErrCode CreateElement(const API_Element& element) {
+    API_Element created = element;
+    return ACAPI_Element_Create(&created, nullptr);
+}
+
+GSErrCode RunUndoable(const GS::UniString& name, const std::function<GSErrCode()>& body) {
+    return ACAPI_CallUndoableCommand(name, body);
+}
+
 std::optional<API_Box3D> GetElementBounds(const API_Guid& guid) {
     API_Elem_Head header = {};
     header.guid = guid;

@@ -23,5 +23,8 @@ class IfcExportTranslators {
     GS::Array<API_IFCTranslatorIdentifier> translators;
 };
 
+/// Opens the IFC file in place of the open project; returns the host's error.
+GSErrCode OpenProjectAsIfc(const IO::Location& location);
+
 /// Saves as one IFC file what the parameters choose; returns the host's error.
 GSErrCode SaveProjectAsIfc(const IO::Location& location, const API_SavePars_Ifc& ifcPars);

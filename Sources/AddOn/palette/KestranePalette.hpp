@@ -6,6 +6,7 @@
 #include "DGBrowser.hpp"
 #include "DGModule.hpp"
 #include "Location.hpp"
+#include "Thread.hpp"
 #include "UniString.hpp"
 
 #include <functional>
@@ -148,6 +149,44 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     /// The service's answer to the last upload of a model; empty before the first and without a palette.
     static GS::UniString GetIfcDoucments();
     static GS::UniString GetIfcDocumentFile();
+
+    // -- IFC import -----------------------------------------------------------------------------------------
+
+    /// ImportIfcFiles of the one palette.
+    static void ImportIfcModels(const GS::UniString& json);
+
+    /// Starts the downloads of models. The request is an object with the string "token" and the array
+    /// "modelInfos" of objects with the strings "id", "name" and "extension" (without the dot) and the whole
+    /// number "version"; the page is told "CompleteImportModels()" when all have ended, at once when there
+    /// are none. Throws "Null reference." for a model without one of its members and "Bad cast." for one of
+    /// another kind; then nothing has started.
+    void ImportIfcFiles(const GS::UniString& json);
+
+    /// Path of a model's file: "<resource folder>/<name>-V<version>.<extension>", as the parts are. Empty
+    /// without the folder.
+    GS::UniString GetFileName(const GS::UniString& name, Int32 version, const GS::UniString& extension);
+
+    /// Starts the download of a model on a thread named by its id. The thread object is the caller's.
+    static GS::Thread* ImportIfcAsync(const GS::UniString& token, const GS::UniString& modelId,
+                                      const GS::UniString& targetPath);
+
+    /// Any thread: makes these the models to open, then executes "CompleteImportModels()".
+    void CompleteImportModels(const GS::Array<GS::UniString>& filePaths);
+
+    /// Tells the person, then opens the downloaded models one after the other and creates the elements of all
+    /// others in the last one, each as an undoable step of its own. Passes over what cannot be opened or
+    /// created; without the last one nothing is created. Then there are no models to open any more.
+    void OpenAndMergeIFCFiles();
+    static void OpenIfcModels();
+
+    /// Opens the text of an IFC file, written to the resource folder under the page's file name.
+    static void ImportIfcModel(const GS::UniString& content);
+
+    /// Path of the file written; empty without a file name, or when it cannot be written.
+    GS::UniString WriteIfcContent(const GS::UniString& content);
+
+    /// True when the host did open it. An empty path opens nothing.
+    static bool OpenIfcModel(const GS::UniString& path);
 
     // -- Viewpoints -----------------------------------------------------------------------------------------
 
@@ -295,7 +334,8 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     DG::Browser browser;
     bool addComponentFlag = false;
     GS::UniString ifcFileName;
-    std::shared_ptr<const GS::UniString> pendingImageId;  // none yet: empty, as the next
+    std::shared_ptr<const GS::Array<GS::UniString>> importedModelPaths;  // none yet: empty, as the next
+    std::shared_ptr<const GS::UniString> pendingImageId;
     std::shared_ptr<const GS::UniString> exportedModelResult;
     std::shared_ptr<PublishRun> publishRun;  // none yet: empty
     PublishHistory publishHistory;

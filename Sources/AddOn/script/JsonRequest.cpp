@@ -16,6 +16,12 @@ std::optional<bool> JsonRequest::GetBool(const char* name) const {
     return JSON::BoolValue::Cast(*value).Get();
 }
 
+JSON::ArrayValueRef JsonRequest::GetArray(const char* name) const {
+    const JSON::ValueRef value = Find(name);
+    if (value == nullptr || !value->IsArray()) return nullptr;
+    return JSON::ArrayValue::Cast(value);
+}
+
 JSON::ValueRef JsonRequest::Find(const char* name) const {
     if (root == nullptr || !root->IsObject()) return nullptr;
     return JSON::ObjectValue::Cast(*root).Get(name);

@@ -14,6 +14,9 @@ class JsonRequest {
     std::optional<GS::UniString> GetString(const char* name) const;
     std::optional<bool> GetBool(const char* name) const;
 
+    /// The member's values; null when it is missing or no array.
+    JSON::ArrayValueRef GetArray(const char* name) const;
+
   private:
     JSON::ValueRef Find(const char* name) const;
 

@@ -73,6 +73,11 @@ Value AddViewpoint(const Value&) {
     return Text(KestranePalette::GetViewpoint());
 }
 
+Value ImportIfcModel(const Value& content) {
+    KestranePalette::ImportIfcModel(GetStringFromJavaScriptVariable(content));
+    return Done();
+}
+
 Value RegisterIfcFileName(const Value& name) {
     KestranePalette::SetIfcFileName(GetStringFromJavaScriptVariable(name));
     return Done();
@@ -88,6 +93,16 @@ Value GetIfcFile(const Value& fileName) {
 
 Value GetApplicationInfo(const Value&) {
     return Text(KestranePalette::GetApplicationInfo());
+}
+
+Value ImportIfcFiles(const Value& request) {
+    KestranePalette::ImportIfcModels(GetStringFromJavaScriptVariable(request));
+    return Done();
+}
+
+Value OpenIfcModels(const Value&) {
+    KestranePalette::OpenIfcModels();
+    return Done();
 }
 
 Value ExportIFCModel(const Value& request) {
@@ -164,10 +179,13 @@ constexpr ScriptFunction scriptFunctions[] = {
     {"GetSelectedElements", GetSelectedElements},
     {"AddComponent", AddComponent},
     {"AddViewpoint", AddViewpoint},
+    {"ImportIfcModel", ImportIfcModel},
     {"RegisterIfcFileName", RegisterIfcFileName},
     {"RequestFileName", RequestFileName},
     {"GetIfcFile", GetIfcFile},
     {"GetApplicationInfo", GetApplicationInfo},
+    {"ImportIfcFiles", ImportIfcFiles},
+    {"OpenIfcModels", OpenIfcModels},
     {"ExportIFCModel", ExportIFCModel},
     {"GetIfcDocuments", GetIfcDocuments},
     {"ExportSnapshot", ExportSnapshot},

@@ -1,8 +1,8 @@
 #include "transfer/BaseExport.hpp"
 
-#include "Config.hpp"
 #include "transfer/CurlRequest.hpp"
 #include "transfer/ResponseBuffer.hpp"
+#include "transfer/ServiceHeaders.hpp"
 
 BaseExport::BaseExport(const GS::UniString& token, const GS::UniString& projectId)
     : token(token), projectId(projectId) {}
@@ -12,11 +12,11 @@ GS::UniString BaseExport::GetEndPoint() const {
 }
 
 GS::UniString BaseExport::GetTokenHeader() const {
-    return GS::UniString("X-Project-Authorization: bearer ") + token;
+    return MakeTokenHeader(token);
 }
 
 GS::UniString BaseExport::GetClientHeader() const {
-    return GS::UniString("Kestrane-Client-Id: ") + clientName;
+    return MakeClientHeader();
 }
 
 std::optional<BaseExport::Outcome> BaseExport::Post(const GS::UniString& filePath) const {

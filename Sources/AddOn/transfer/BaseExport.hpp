@@ -14,7 +14,7 @@ class BaseExport : public GS::Runnable {
     /// The request's address.
     virtual GS::UniString GetEndPoint() const;
 
-    /// The header lines, as they are sent: the token is neither trimmed nor escaped.
+    /// The header lines of the request.
     GS::UniString GetTokenHeader() const;
     GS::UniString GetClientHeader() const;
 
