@@ -43,7 +43,7 @@ GS::UniString PathBelow(const GS::UniString& folder, const GS::UniString& name) 
 }
 
 JSON::ObjectValueRef MakePrepared(const PickedItem& item, const GS::UniString& path) {
-    const JSON::ObjectValueRef prepared = new JSON::ObjectValue();
+    JSON::ObjectValueRef prepared = new JSON::ObjectValue();
     AddText(*prepared, "filePath", path);
     AddText(*prepared, "key", item.key);
     AddText(*prepared, "ext", GetFileName(path).GetExtension());
@@ -67,7 +67,7 @@ GS::UniString KestranePalette::PreparePublishDocuments(const GS::UniString& json
 
     ClearPublishHistory();
     GS::Array<GS::UniString> failedTitles;
-    const GS::UniString prepared = PreparePublishDocs(json, &failedTitles);
+    GS::UniString prepared = PreparePublishDocs(json, &failedTitles);
     if (!prepared.IsEmpty()) {
         const JsonObject request(ParseJson(json));
         const GS::UniString projectId = request.GetText("projectId");
@@ -130,7 +130,7 @@ GS::UniString MovedAsGuidFile(const GS::UniString& key, const GS::UniString& fil
                               const GS::UniString& preparedFolder) {
     IO::Name name(key);
     name.AppendExtension(GetFileName(filePath).GetExtension());
-    const GS::UniString target = PathBelow(preparedFolder, name.ToString());
+    GS::UniString target = PathBelow(preparedFolder, name.ToString());
     if (target.IsEmpty() || IO::fileSystem.Move(IO::Location(filePath), IO::Location(target)) != NoError) {
         return GS::UniString();
     }

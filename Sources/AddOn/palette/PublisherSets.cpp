@@ -19,7 +19,7 @@ class TreeBuilder {
         const std::optional<GS::Array<API_NavigatorItem>> children = ListPublisherItems(guid);
         if (!children || children->IsEmpty() || !listed.insert(guid).second) return nullptr;
 
-        const JSON::ArrayValueRef nodes = new JSON::ArrayValue();
+        JSON::ArrayValueRef nodes = new JSON::ArrayValue();
         for (const API_NavigatorItem& child : *children)
             nodes->AddValue(MakeNode(child, level));
         return nodes;

@@ -9,7 +9,7 @@ namespace {
 template <typename Kind>
 GS::Ref<Kind> CastTo(const JSON::ValueRef& value) {
     if (value == nullptr) throw GS::NullReferenceException();
-    const GS::Ref<Kind> cast = Kind::Cast(value);
+    GS::Ref<Kind> cast = Kind::Cast(value);
     if (cast == nullptr) throw GS::ClassCastException();
     return cast;
 }
