@@ -113,18 +113,19 @@ void QtDialog::LayOut(const hostkit::DialogResource& resource) {
     layout->setSpacing(10);
     for (const auto& row : RowsOf(resource.items)) {
         auto* line = new QHBoxLayout;
-        bool isRight = false, grows = false;
-        for (const std::size_t i : row) {
-            const hostkit::DialogItem& item = resource.items[i];
-            if (item.kind == "Button" && !isRight && item.rect.x * 2 > resource.rect.width)
-                line->addStretch();
-            isRight = isRight || item.rect.x * 2 > resource.rect.width;
-            grows = grows || item.kind == "SingleSelList";
-            line->addWidget(items.at(static_cast<short>(i + 1)), item.kind == "Button" ? 0 : 1);
-        }
+        const auto isButton = [&](std::size_t i) { return resource.items[i].kind == "Button"; };
+        if (std::ranges::all_of(row, isButton) && resource.items[row.back()].rect.x * 2 > resource.rect.width)
+            line->addStretch();
+        for (const std::size_t i : row)
+            line->addWidget(items.at(static_cast<short>(i + 1)), isButton(i) ? 0 : 1);
+        const bool grows = std::ranges::any_of(
+            row, [&](std::size_t i) { return resource.items[i].kind == "SingleSelList"; });
         layout->addLayout(line, grows ? 1 : 0);
     }
     window->resize(resource.rect.width, resource.rect.height);
+    QWidget* first = window->findChild<QLineEdit*>();
+    if (first == nullptr) first = window->findChild<QPushButton*>();
+    if (first != nullptr) first->setFocus();
 }
 
 bool QtDialog::Run() {
