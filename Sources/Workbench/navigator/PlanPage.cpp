@@ -67,8 +67,18 @@ std::optional<PlanPage> PlanPage::For(PlanDrawing drawing, std::optional<double>
     return PlanPage(std::move(drawing), chosen);
 }
 
-PlanPage::PlanPage(PlanDrawing drawing, double scale)
-    : drawing(std::move(drawing)), scale(scale), sheet(SheetFor(this->drawing.bounds, scale)) {}
+// The drawing's middle becomes its origin: far away from that, readers of PDF round coordinates.
+PlanPage::PlanPage(PlanDrawing plan, double scale)
+    : drawing(std::move(plan)), scale(scale), sheet(SheetFor(drawing.bounds, scale)) {
+    const QPointF middle = drawing.bounds.center();
+    for (PlanElement& element : drawing.elements) {
+        element.bounds.translate(-middle);
+        for (SectionPart& part : element.parts)
+            for (QPolygonF& ring : part.rings)
+                ring.translate(-middle);
+    }
+    drawing.bounds.translate(-middle);
+}
 
 bool PlanPage::WritePdf(QIODevice& out, const std::string& title) const {
     QPdfWriter writer(&out);
@@ -99,9 +109,7 @@ void PlanPage::Paint(QPainter& painter, double dotsPerMillimetre, const std::str
     const double perMetre = 1000 / scale * dotsPerMillimetre;
     const QPointF middle(sheet.width() / 2, (sheet.height() - strip) / 2);
     const QPointF at = middle * dotsPerMillimetre;
-    const QPointF centre = drawing.bounds.center();
-    PaintPlan(painter, drawing,
-              {perMetre, 0, 0, -perMetre, at.x() - perMetre * centre.x(), at.y() + perMetre * centre.y()}, {},
+    PaintPlan(painter, drawing, {perMetre, 0, 0, -perMetre, at.x(), at.y()}, {},
               hairline * dotsPerMillimetre);
 
     painter.save();

@@ -198,11 +198,20 @@ TEST_F(PublishingTest, EachFormatIsARealFile) {
 
     const fs::path out = folder / "out";
     const std::string pdf = FileBytes(out / "EG.pdf");
-    std::smatch box;
-    ASSERT_TRUE(std::regex_search(pdf, box, std::regex(R"(/MediaBox \[0 0 (\d+) (\d+)\])")));
+    std::smatch box, points, dots;
+    ASSERT_TRUE(std::regex_search(pdf, box, std::regex(R"(/MediaBox \[0 0 (\d+)\.0* (\d+)\.0*\])")));
     EXPECT_THAT(pdf, testing::AllOf(testing::StartsWith("%PDF-1"), HasSubstr("/FontFile2"),
                                     testing::EndsWith("%%EOF\n")));
     EXPECT_THAT(pdf, testing::Not(HasSubstr("/Subtype /Image"))) << "lines and texts, no pixels";
+    const std::size_t drawing = pdf.find("stream\n") + 7;
+    QByteArray packed =
+        "    " + QByteArray::fromStdString(pdf.substr(drawing, pdf.find("endstream") - drawing));
+    const std::string lines =
+        qUncompress(packed.replace(0, 4, QByteArray::fromHex("00100000"))).toStdString();
+    ASSERT_TRUE(std::regex_search(lines, points, std::regex(R"((\S+) 0 0 -\1 )")));
+    const std::string inside = points.suffix();
+    ASSERT_TRUE(std::regex_search(inside, dots, std::regex(R"((\S+) 0 0 -\1 )")));
+    EXPECT_NEAR(std::stod(points[1]) * std::stod(dots[1]), 20 * 72 / 25.4, 1e-4) << "points for a metre";
     const QImage png(QString::fromStdString((out / "EG.png").string()));
     EXPECT_EQ(std::lround(png.width() * 72000.0 / 25.4 / png.dotsPerMeterX()), std::stol(box[1]))
         << "one sheet";
