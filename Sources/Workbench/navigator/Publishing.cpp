@@ -2,6 +2,7 @@
 
 #include <QSaveFile>
 #include <algorithm>
+#include <memory>
 #include <set>
 #include <stdexcept>
 #include <system_error>
@@ -139,13 +140,22 @@ class Publisher {
         Save(file, [&](QIODevice& out) { return page->WritePdf(out, title); });
     }
 
-    QImage ViewPicture(const PublisherItem& item) const {
-        View3D view;  // one of its own: the person's stays as it is
-        view.Add(item.storey ? application.ShapesOn(*item.storey) : application.View()->Elements());
-        if (view.Bounds().Empty())
+    QImage ViewPicture(const PublisherItem& item) {
+        if (!view) {
+            view = std::make_unique<View3D>();
+            view->Add(application.View()->Elements());
+        }
+        std::optional<std::unordered_set<std::uint64_t>> shown;
+        if (item.storey) {
+            shown.emplace();
+            for (const ElementMeshPtr& shape : application.ShapesOn(*item.storey))
+                shown->insert(shape->record);
+        }
+        view->ShowOnly(std::move(shown));
+        if (view->Bounds().Empty())
             throw Problem(
                 say("There is nothing to see in this view.", "In dieser Ansicht ist nichts zu sehen."));
-        return view.Render(item.camera.value_or(DefaultCamera(view.Bounds(), viewSize)), viewSize);
+        return view->Render(item.camera.value_or(DefaultCamera(view->Bounds(), viewSize)), viewSize);
     }
 
     void WritePicture(const QImage& picture, PublishFormat format, const fs::path& file) const {
@@ -160,7 +170,8 @@ class Publisher {
 
     void Save(const fs::path& file, const std::function<bool(QIODevice&)>& write) const {
         QSaveFile out(QString::fromStdString(file.string()));
-        if (out.open(QIODevice::WriteOnly) && write(out) && out.commit()) return;
+        // flush: commit() does not notice when the last buffer could not be written.
+        if (out.open(QIODevice::WriteOnly) && write(out) && out.flush() && out.commit()) return;
         throw Problem(say("The file cannot be written: ", "Die Datei lässt sich nicht schreiben: ") +
                       file.string() + " (" + out.errorString().toStdString() + ")");
     }
@@ -170,6 +181,7 @@ class Publisher {
     const std::size_t count;
     std::size_t done = 0;
     std::set<QString> taken;
+    std::unique_ptr<View3D> view;  // one of its own: the person's stays as it is
     PublishResult result;
 };
 
