@@ -77,6 +77,7 @@ export class Publishing {
             const prepared = await this.#awaitPrepared(run);
             if (!prepared) return;
             this.#take(run, run.requested, prepared);
+            await this.choice.remember(run, true);
             await this.#goOn(run);
         });
     }
