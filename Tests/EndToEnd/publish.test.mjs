@@ -1,5 +1,5 @@
 import assert from "node:assert/strict";
-import { copyFileSync, writeFileSync } from "node:fs";
+import { copyFileSync, readdirSync, rmSync, writeFileSync } from "node:fs";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 
@@ -86,7 +86,7 @@ test("twelve ticked items are published into files and uploaded; what cannot be 
     assert.match(await (await get(`document/${pdf.id}`)).text(), /^%PDF-/);
 });
 
-test("after a restart the selection and the history are there, and it can be uploaded again at once", async () => {
+test("after a restart the selection and the history are there, and can be uploaded again; a vanished file fails alone", async () => {
     const before = (await rows()).filter(([, state]) => state === "done").map(([key, , name]) => [key, name]);
     await workbench.quit();
     workbench.events = [];
@@ -99,7 +99,13 @@ test("after a restart the selection and the history are there, and it can be upl
     await workbench.until("!document.querySelector('#upload-publish').disabled");
     await workbench.click("#upload-publish");
     await workbench.until(status("done"), 60);
-    const { list } = await documents();
-    assert.deepEqual(list.map(({ version }) => version), Array(12).fill(2));
-    await workbench.until("document.querySelectorAll('#export-history li').length === 24");
+    assert.deepEqual((await documents()).list.map(({ version }) => version), Array(12).fill(2));
+
+    const prepared = join(workbench.data, "Temporary", "PreparePublish");
+    rmSync(join(prepared, readdirSync(prepared).find((name) => name.startsWith(before[0][0]))));
+    await workbench.click("#upload-publish");
+    await workbench.until(status("failed"), 60);
+    assert.deepEqual((await rows()).map(([, state]) => state), ["failed", ...Array(11).fill("done")]);
+    assert.deepEqual((await documents()).list.map(({ version }) => version).sort(), [2, ...Array(11).fill(3)]);
+    await workbench.until("document.querySelectorAll('#export-history li').length === 35");
 });
