@@ -50,7 +50,7 @@ export function publishRow(title, edited) {
     }
 
     function show(item, { path, folders, standard, code, enabled }) {
-        const fallback = text("publish.standardFolder", { name: standard?.name ?? "–" });
+        const fallback = text("publish.standardFolder");
         fillFolders(folder, folders, fallback, item.folder);
         for (const [field, control] of [["docName", name], ...fields]) {
             if (control.value !== item[field]) control.value = item[field];

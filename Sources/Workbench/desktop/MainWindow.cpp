@@ -67,6 +67,8 @@ void MainWindow::AddNavigator(QDockWidget& elements) {
     auto* navigator = new NavigatorDock(application);
     addDockWidget(Qt::LeftDockWidgetArea, navigator);
     tabifyDockWidget(&elements, navigator);
+    for (QDockWidget* dock : {&elements, static_cast<QDockWidget*>(navigator)})
+        dock->setTitleBarWidget(new QWidget(dock));  // the tab says it already
     elements.raise();
     connect(navigator, &NavigatorDock::published, this,
             [this](const QString& summary) { statusBar()->showMessage(summary, 8000); });
