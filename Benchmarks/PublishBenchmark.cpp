@@ -130,21 +130,11 @@ void MeasureUploads(const fs::path& dir, Host& host, std::size_t count, std::siz
     const auto withCurl = [&] {
         if (Wait(Spawn("curl", {"-K", dir / "curl"}, nowhere)) != 0) throw std::runtime_error("curl failed");
     };
-    const auto measured = [&](double& best, const auto& upload) {
-        sync();  // no earlier run's writing is waited for in this one
-        best = std::min(best, Seconds(upload));
+    const double before = PeakMegabytes();
+    const auto [curl, addOn] = BestInTurns(rounds, withCurl, withAddOn, [&] {
         for (const auto& stored : fs::directory_iterator(dir / "service/stored"))
             fs::remove(stored);
-    };
-    const double before = PeakMegabytes();
-    double curl = std::numeric_limits<double>::max();
-    double addOn = curl;
-    for (int round = 0; round < rounds; ++round) {
-        // Neither always comes right after the other.
-        if (round % 2 == 0) measured(curl, withCurl);
-        measured(addOn, withAddOn);
-        if (round % 2 == 1) measured(curl, withCurl);
-    }
+    });
     close(nowhere);
     threads.WaitForAll(std::chrono::seconds(10));
     threads.SetObserver({});
