@@ -45,8 +45,10 @@ void Measure(const fs::path& dir, std::size_t models, std::size_t mebibytes, int
         const std::string name = "Model " + std::to_string(number);
         const fs::path file = dir / (name + ".ifc");
         WriteFile(file, mebibytes, number);
-        const std::string answer = Output("curl -sS --fail" + authorization + "-F 'file=@" + file.string() +
-                                          "' '" + api + "/document?folderId=" + person.folder + "'");
+        std::string upload = "curl -sS --fail" + authorization;
+        upload.append("-F 'file=@").append(file.string()).append("' '");
+        upload.append(api).append("/document?folderId=").append(person.folder).append("'");
+        const std::string answer = Output(upload);
         fs::remove(file);
         const std::string id = nlohmann::json::parse(answer).at(0).at("id");
         infos.push_back({{"id", id}, {"name", name}, {"version", 1}, {"extension", "ifc"}});
