@@ -6,10 +6,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -47,8 +45,10 @@ void Measure(const fs::path& dir, std::size_t models, std::size_t mebibytes, int
         const std::string name = "Model " + std::to_string(number);
         const fs::path file = dir / (name + ".ifc");
         WriteFile(file, mebibytes, number);
-        const std::string answer = Output("curl -sS --fail" + authorization + "-F 'file=@" + file.string() +
-                                          "' '" + api + "/document?folderId=" + person.folder + "'");
+        std::string upload = "curl -sS --fail" + authorization;
+        upload.append("-F 'file=@").append(file.string()).append("' '");
+        upload.append(api).append("/document?folderId=").append(person.folder).append("'");
+        const std::string answer = Output(upload);
         fs::remove(file);
         const std::string id = nlohmann::json::parse(answer).at(0).at("id");
         infos.push_back({{"id", id}, {"name", name}, {"version", 1}, {"extension", "ifc"}});
@@ -80,24 +80,14 @@ void Measure(const fs::path& dir, std::size_t models, std::size_t mebibytes, int
         }
         if (std::system(command.c_str()) != 0) throw std::runtime_error("curl failed");
     };
-    const auto measured = [&](double& best, const auto& download) {
-        sync();  // no earlier run's writing is waited for in this one
-        best = std::min(best, Seconds(download));
+    const auto [curl, addOn] = BestInTurns(rounds, withCurl, withAddOn, [&] {
         std::size_t whole = 0;
         for (const auto& file : fs::directory_iterator(folder)) {
             whole += fs::file_size(file) == mebibytes << 20 ? 1U : 0U;
             fs::remove(file);
         }
         if (whole != models) throw std::runtime_error("not every model came");
-    };
-    double curl = std::numeric_limits<double>::max();
-    double addOn = curl;
-    for (int round = 0; round < rounds; ++round) {
-        // Neither always comes right after the other.
-        if (round % 2 == 0) measured(curl, withCurl);
-        measured(addOn, withAddOn);
-        if (round % 2 == 1) measured(curl, withCurl);
-    }
+    });
     hostkit::ThreadRegister::Instance().WaitForAll(std::chrono::seconds(10));
     const double size = static_cast<double>(models * mebibytes);
     std::printf("download of %zu models of %zu MiB, best of %d\n", models, mebibytes, rounds);

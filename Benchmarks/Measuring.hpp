@@ -3,13 +3,16 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <initializer_list>
+#include <limits>
 #include <string>
+#include <utility>
 
 namespace benchmarks {
 
@@ -24,6 +27,21 @@ inline double Seconds(const std::function<void()>& job) {
     const auto begin = std::chrono::steady_clock::now();
     job();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+}
+
+/// The best times of two jobs that take turns, so that neither always comes right after the other. What an
+/// earlier run wrote is not waited for in a later one; `after` follows each of them.
+inline std::pair<double, double> BestInTurns(int rounds, const std::function<void()>& first,
+                                             const std::function<void()>& second,
+                                             const std::function<void()>& after) {
+    double best[] = {std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    for (int run = 0; run < 2 * rounds; ++run) {
+        const int which = (run + run / 2) % 2;
+        sync();
+        best[which] = std::min(best[which], Seconds(which == 0 ? first : second));
+        after();
+    }
+    return {best[0], best[1]};
 }
 
 /// The most memory that this process has had.

@@ -5,10 +5,8 @@
 #include <httplib.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -66,20 +64,10 @@ void Measure(const fs::path& dir, size_t mebibytes, int rounds) {
 
     service.ForgetPeak();
     const double before = service.PeakMiB();
-    const auto measured = [&](double& best, const auto& upload) {
-        sync();  // no earlier run's writing is waited for in this one
-        best = std::min(best, Seconds(upload));
+    const auto [curl, addOn] = BestInTurns(rounds, withCurl, withAddOn, [&] {
         for (const auto& stored : fs::directory_iterator(dir / "data/stored"))
             fs::remove(stored);
-    };
-    double curl = std::numeric_limits<double>::max();
-    double addOn = curl;
-    for (int round = 0; round < rounds; ++round) {
-        // Neither always comes right after the other.
-        if (round % 2 == 0) measured(curl, withCurl);
-        measured(addOn, withAddOn);
-        if (round % 2 == 1) measured(curl, withCurl);
-    }
+    });
     close(nowhere);
     const double size = static_cast<double>(mebibytes);
     std::printf("upload of %zu MiB, best of %d\n", mebibytes, rounds);

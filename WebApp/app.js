@@ -1,10 +1,13 @@
 import { element, mark, notice } from "./dom.js";
+import { ExportHistory } from "./export-history.js";
 import { Host } from "./host.js";
 import { proposedFileName } from "./logic/file-name.js";
 import { readHostInfo } from "./logic/host-info.js";
 import * as memory from "./memory.js";
 import { ModelWork } from "./models.js";
 import { Pictures } from "./pictures.js";
+import { PublishChoice } from "./publish-choice.js";
+import { Publishing } from "./publishing.js";
 import { Selection } from "./selection.js";
 import { Service } from "./service.js";
 import { language, setLanguage, text } from "./text.js";
@@ -31,7 +34,12 @@ document.documentElement.lang = language();
 document.title = text("app.title");
 
 const service = new Service(info ? info.apiBase : new URL("api/", document.baseURI).href);
-const upload = new Upload(host, service, memory.pendingUpload);
+const exportHistory = new ExportHistory(host);
+const upload = new Upload(host, service, memory.pendingUpload, (projectId, { name }) =>
+    exportHistory.add(projectId, true, [entry("model", name)]),
+);
+const publishChoice = new PublishChoice(host);
+const publishing = new Publishing(host, service, publishChoice, exportHistory, memory.pendingPublish);
 const modelWork = new ModelWork(host, service, memory.pendingModels, () => takeProjectName(true));
 const pictures = new Pictures(service);
 const viewpoints = new ViewpointWork(host, service, pictures);
@@ -46,6 +54,12 @@ draft.watch((filled) => {
 
 view.watch((shown) => memory.shownView.set(shown));
 
+viewpoints.stored.addEventListener("change", () => {
+    const { projectId, viewpoint } = viewpoints.stored.get();
+    exportHistory.add(projectId, false, [entry("snapshot", viewpoint.snapshot)]);
+});
+
+if (host) publishing.resume(); // before views ask what is picked
 await openScreen();
 if (host) {
     modelWork.resume(); // before the calls that came meanwhile
@@ -56,9 +70,16 @@ if (host) {
         InsertViewpoint: () => viewpoints.insert(),
         CompleteImportModels: () => modelWork.complete(),
         UpdateSelectedElements: () => selection.update(),
+        CompleteExportPublish: () => publishing.complete(),
+        FailedExportPublish: () => publishing.fail(),
     });
     await takeProjectName(true);
     await upload.resume();
+}
+
+/** An entry of the history about what was just exported from the open project. */
+function entry(kind, exported) {
+    return { time: new Date().toISOString(), kind, name: project.get(), document: exported };
 }
 
 /** Learns and gives the open project's name; what was filled in for this very project may be kept. */
@@ -124,6 +145,10 @@ function showMain(user) {
             upload,
             modelWork,
             modelChoices,
+            publishChoice,
+            publishing,
+            publishValues: memory.publishValues,
+            exportHistory,
             pictures,
             viewpoints,
             selection,
@@ -138,6 +163,8 @@ function showMain(user) {
                 service.signOut().catch(() => {});
                 upload.forget();
                 modelWork.forget();
+                publishing.forget();
+                publishChoice.forget();
                 viewpoints.dismiss();
                 showSignIn();
             },

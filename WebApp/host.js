@@ -2,6 +2,20 @@
 const patience = 1500;
 const interval = 25;
 
+const publishing = [
+    "GetPublishSetHeaders",
+    "GetPublishSetItems",
+    "PreparePublishDocs",
+    "HandlePublishSets",
+    "CompleteExportPublish",
+    "GetPublishHistory",
+    "GetPublishItems",
+    "SetPublishHistory",
+    "SavePublishHistory",
+    "GetExportHistory",
+    "SaveExportHistoryData",
+];
+
 // The host may bind the object as a global that is no property of the window.
 const isThere = () => typeof KESTAPI !== "undefined" && KESTAPI !== null;
 
@@ -98,5 +112,71 @@ export class Host {
     /** Shows what the viewpoint's object describes; false when the host cannot read it. */
     async openViewpoint(viewpoint) {
         return (await KESTAPI.SelectViewpoint(viewpoint)) === true;
+    }
+
+    /** Whether the host knows publisher sets; an older one does not. */
+    canPublish() {
+        return publishing.every((name) => typeof KESTAPI[name] === "function");
+    }
+
+    /** JSON text of the project's publisher sets, [{ title, guid, rootGuid, index }]; empty when that failed. */
+    async publishSets() {
+        return String((await KESTAPI.GetPublishSetHeaders()) ?? "");
+    }
+
+    /** JSON text of the tree below a set's root, see logic/publish-tree.js; empty when there is nothing. */
+    async publishTree(rootGuid) {
+        return String((await KESTAPI.GetPublishSetItems(JSON.stringify({ rootGuid }))) ?? "");
+    }
+
+    /**
+     * Has items of a set published into files. Answers when that is done, which can take minutes, with JSON text
+     * of those that have a file: the items with filePath and ext added. It tells the person which ones have none.
+     */
+    async preparePublish({ guid, projectId, publishItems }) {
+        const request = { guid, publishItems, projectId, publishSet: guid };
+        return String((await KESTAPI.PreparePublishDocs(JSON.stringify(request))) ?? "");
+    }
+
+    /**
+     * Has prepared files uploaded, all at once. The host calls CompleteExportPublish in the page when all have
+     * ended, and FailedExportPublish when it could not begin. publishItems: [{ key, docName, ext, filePath, folder }].
+     */
+    uploadPublish({ projectId, token, publishItems }) {
+        return KESTAPI.HandlePublishSets(JSON.stringify({ projectId, token, publishItems }));
+    }
+
+    /** JSON text of the ids of the documents that the last upload of published items made, by the items' keys. */
+    async publishedDocuments() {
+        return String((await KESTAPI.CompleteExportPublish()) ?? "");
+    }
+
+    /** Has the host read the project's selection from its file, unless it is the one that it holds. */
+    loadPublishSelection(projectId) {
+        return KESTAPI.GetPublishHistory(projectId);
+    }
+
+    /** JSON text { publishSet, publishItems } of the selection that the host holds; "[]" if it is no such project's. */
+    async publishSelection(projectId) {
+        return String((await KESTAPI.GetPublishItems(projectId)) ?? "");
+    }
+
+    /** Has the selection remembered until the host ends; both are texts. */
+    rememberPublishSelection({ projectId, publishSet, publishItems }) {
+        return KESTAPI.SetPublishHistory(JSON.stringify({ projectId, publishSet, publishItems }));
+    }
+
+    /** Has the selection that is remembered kept for good. */
+    savePublishSelection() {
+        return KESTAPI.SavePublishHistory();
+    }
+
+    /** The text kept for the project about exported models, or about everything else. */
+    async exportHistory(projectId, model) {
+        return String((await KESTAPI.GetExportHistory(JSON.stringify({ projectId, model }))) ?? "");
+    }
+
+    saveExportHistory(projectId, isModel, data) {
+        return KESTAPI.SaveExportHistoryData(JSON.stringify({ projectId, data, isModel }));
     }
 }

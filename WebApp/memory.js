@@ -32,9 +32,13 @@ export const signedIn = remembered(session, "signedIn");
 export const pendingUpload = remembered(session, "upload");
 /** The opening of models under way, see models.js. */
 export const pendingModels = remembered(session, "models");
+/** The publishing under way, see publishing.js. */
+export const pendingPublish = remembered(session, "publish");
 /** { project, fileName, onlyVisible }: what was filled in, and for which open project. */
 export const draft = remembered(session, "draft");
-/** Which of its views the page shows: "documents", "models" or "issues". */
+/** Which of its views the page shows: "documents", "publish", "models" or "issues". */
 export const shownView = remembered(session, "view");
 /** { user, projectId, folderId } chosen last. */
 export const choices = remembered(local, "choices");
+/** { discipline, building, floor }: the values typed last for published documents, newest first. */
+export const publishValues = remembered(local, "publishValues");

@@ -11,6 +11,8 @@
         "InsertViewpoint",
         "CompleteImportModels",
         "UpdateSelectedElements",
+        "CompleteExportPublish",
+        "FailedExportPublish",
     ];
     for (const name of names) {
         window[name] = () => {

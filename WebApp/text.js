@@ -20,6 +20,8 @@ export const texts = {
         "noHost.title": "Open inside Archicad",
         "noHost.body":
             "To upload your model, open this page in the Kestrane palette. Documents can be read here as well.",
+        "noHost.publish":
+            "To publish views and layouts as documents, open this page in the Kestrane palette.",
         "noHost.models":
             "To open models, open this page in the Kestrane palette. They are listed here as well.",
         "noHost.issues":
@@ -83,6 +85,7 @@ export const texts = {
 
         "tabs.label": "Views",
         "tabs.documents": "Documents",
+        "tabs.publish": "Publish",
         "tabs.models": "Models",
         "tabs.issues": "Issues",
 
@@ -116,6 +119,90 @@ export const texts = {
             "“{name}” could not be opened; Archicad has said why. If the file is damaged, delete “{file}” from {folder} and open the model again: it is then downloaded anew.",
         "models.stoppedWaiting":
             "Archicad has not reported the end of the downloads or of the opening. Check that the service is running and wait a moment, then open the models again; what is there already is not downloaded again.",
+
+        "publish.heading": "Publisher set",
+        "publish.set": "Set",
+        "publish.refresh": "Refresh",
+        "publish.retry": "Try again",
+        "publish.loading": "Loading publisher sets…",
+        "publish.noProject": "Choose or create a project to publish into it.",
+        "publish.noHeaders":
+            "Archicad could not list its publisher sets. Check that a project is open in Archicad, then try again.",
+        "publish.noSets": "No publisher sets in this project",
+        "publish.noSetsHelp": "Create one in Archicad (Document > Publish), then refresh.",
+        "publish.emptySet": "This set is empty",
+        "publish.emptySetHelp": "Add views or layouts to it in Archicad, then refresh.",
+        "publish.tooOldTitle": "Update the add-on",
+        "publish.tooOld":
+            "The Kestrane add-on in this Archicad cannot publish yet. Install the current one, then start Archicad again.",
+        "publish.folder": "Open or close {title}",
+
+        "publish.items": "To publish",
+        "publish.docName": "Document name",
+        "publish.discipline": "Discipline",
+        "publish.building": "Building",
+        "publish.floor": "Floor",
+        "publish.fieldOf": "{field} of {title}",
+        "publish.folderOf": "Folder of {title}",
+        "publish.standardFolder": "As above",
+        "publish.details": "Discipline, building, floor",
+        "publish.common": "Same for all",
+        "publish.file": "Prepared file: {path}",
+        "publish.same":
+            "An earlier item has this document name. Choose another one; this item would be dropped, even from another folder.",
+        "publish.maybeSame":
+            "An earlier item has this document name. That works only if their files are of different kinds.",
+        "publish.state.prepared": "Prepared",
+        "publish.state.uploading": "Uploading…",
+        "publish.state.done": "Uploaded",
+        "publish.state.failed": "Failed",
+        "publish.stored": "“{document}” is in “{folder}”.",
+        "publish.itemNotPrepared":
+            "Archicad could not publish this item. Check in its Publisher that the view or layout and the output format still exist, then prepare again.",
+        "publish.itemNotUploaded":
+            "Not uploaded. Check that the folder still exists and that the service is running, then press “Prepare and upload”.",
+        "publish.noAnswer":
+            "Not known to be uploaded. Look for it among the documents of its folder; if it is missing, upload again.",
+
+        "publish.publish": "Prepare and upload ({count})",
+        "publish.publishAgain": "Prepare and upload again ({count})",
+        "publish.prepare": "Only prepare ({count})",
+        "publish.upload": "Only upload ({count})",
+        "publish.uploadAgain": "Upload again ({count})",
+        "publish.nothing": "Tick what is to be published.",
+        "publish.tooMany": "At most {most} items can be published at once. Clear some; publish them afterwards.",
+        "publish.badNames": "Correct the marked document names first.",
+        "publish.preparing": "Preparing… ({count})",
+        "publish.preparingHelp":
+            "Close the message that Archicad shows. It then publishes into files, which can take minutes.",
+        "publish.uploading": "Uploading… ({count})",
+        "publish.uploadingHelp": "You can go on working meanwhile.",
+        "publish.prepared": "Prepared items: {count}. Upload them now.",
+        "publish.uploaded": "Uploaded documents: {count}",
+        "publish.failed": "Not everything worked",
+        "publish.notPrepared":
+            "Archicad prepared nothing. Check that the disk has space and that you may write to your temporary folder, then prepare again.",
+        "publish.someNotPrepared":
+            "Archicad could not publish all items; failed: {count}. What to do stands at each of them. The others are prepared and can be uploaded.",
+        "publish.noneReady": "None of the items could be prepared, so nothing was uploaded. What to do stands at each of them.",
+        "publish.sameNames":
+            "Some documents would have the same name, so nothing was uploaded. Change the marked names, then upload.",
+        "publish.nothingUploaded":
+            "Archicad could not begin to upload: it did not find the prepared files, or has no space for copies. Check the disk's space, then press “Prepare and upload”.",
+        "publish.someNotUploaded":
+            "Items without a document: {count}. What to do stands at each of them; an upload takes only what is missing.",
+        "publish.expired": "Your sign-in had expired. Sign in and upload again; what is prepared is kept.",
+        "publish.stoppedWaiting":
+            "Archicad has not reported the end. If it still does, the result is shown here; otherwise publish again.",
+        "publish.anew": "Has a plan changed since?",
+        "publish.anewHelp":
+            "Archicad keeps what it prepared and uses it again, even if the plan has changed. To have an item prepared anew, delete its file from {folder} (its name stands under the item’s details), then prepare again.",
+
+        "history.heading": "History",
+        "history.empty": "What is uploaded from this Archicad is listed here.",
+        "history.model": "Model",
+        "history.snapshot": "Snapshot",
+        "history.document": "Published",
 
         "topics.heading": "Issues",
         "topics.new": "New issue",
@@ -222,6 +309,8 @@ export const texts = {
         "noHost.title": "In Archicad öffnen",
         "noHost.body":
             "Um Ihr Modell hochzuladen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
+        "noHost.publish":
+            "Um Ausschnitte und Layouts als Dokumente zu veröffentlichen, öffnen Sie diese Seite in der Kestrane-Palette.",
         "noHost.models":
             "Um Modelle zu öffnen, öffnen Sie diese Seite in der Kestrane-Palette. Aufgelistet werden sie auch hier.",
         "noHost.issues":
@@ -286,6 +375,7 @@ export const texts = {
 
         "tabs.label": "Ansichten",
         "tabs.documents": "Dokumente",
+        "tabs.publish": "Veröffentlichen",
         "tabs.models": "Modelle",
         "tabs.issues": "Aufgaben",
 
@@ -319,6 +409,93 @@ export const texts = {
             "„{name}“ konnte nicht geöffnet werden; Archicad hat gesagt, warum. Ist die Datei beschädigt, löschen Sie „{file}“ aus {folder} und öffnen Sie das Modell erneut: Es wird dann neu heruntergeladen.",
         "models.stoppedWaiting":
             "Archicad hat das Ende des Herunterladens oder Öffnens nicht gemeldet. Prüfen Sie, ob der Dienst läuft, und warten Sie einen Moment; öffnen Sie die Modelle dann erneut. Was schon da ist, wird nicht noch einmal heruntergeladen.",
+
+        "publish.heading": "Publisher-Set",
+        "publish.set": "Set",
+        "publish.refresh": "Aktualisieren",
+        "publish.retry": "Erneut versuchen",
+        "publish.loading": "Publisher-Sets werden geladen…",
+        "publish.noProject": "Wählen Sie ein Projekt, in das Sie veröffentlichen, oder legen Sie eines an.",
+        "publish.noHeaders":
+            "Archicad konnte seine Publisher-Sets nicht auflisten. Prüfen Sie, ob in Archicad ein Projekt geöffnet ist, und versuchen Sie es erneut.",
+        "publish.noSets": "Keine Publisher-Sets in diesem Projekt",
+        "publish.noSetsHelp": "Legen Sie in Archicad eines an (Dokumentation > Veröffentlichen) und aktualisieren Sie.",
+        "publish.emptySet": "Dieses Set ist leer",
+        "publish.emptySetHelp": "Fügen Sie in Archicad Ausschnitte oder Layouts hinzu und aktualisieren Sie.",
+        "publish.tooOldTitle": "Add-on aktualisieren",
+        "publish.tooOld":
+            "Das Kestrane-Add-on in diesem Archicad kann noch nicht veröffentlichen. Installieren Sie das aktuelle und starten Sie Archicad neu.",
+        "publish.folder": "{title} öffnen oder schließen",
+
+        "publish.items": "Zu veröffentlichen",
+        "publish.docName": "Dokumentname",
+        "publish.discipline": "Gewerk",
+        "publish.building": "Gebäude",
+        "publish.floor": "Geschoss",
+        "publish.fieldOf": "{field} von {title}",
+        "publish.folderOf": "Ordner von {title}",
+        "publish.standardFolder": "Wie oben",
+        "publish.details": "Gewerk, Gebäude, Geschoss",
+        "publish.common": "Gleich für alle",
+        "publish.file": "Vorbereitete Datei: {path}",
+        "publish.same":
+            "Ein früherer Artikel hat diesen Dokumentnamen. Wählen Sie einen anderen; dieser Artikel fiele sonst weg, auch in einem anderen Ordner.",
+        "publish.maybeSame":
+            "Ein früherer Artikel hat diesen Dokumentnamen. Das geht nur, wenn ihre Dateien verschiedener Art sind.",
+        "publish.state.prepared": "Vorbereitet",
+        "publish.state.uploading": "Wird hochgeladen…",
+        "publish.state.done": "Hochgeladen",
+        "publish.state.failed": "Fehlgeschlagen",
+        "publish.stored": "„{document}“ liegt in „{folder}“.",
+        "publish.itemNotPrepared":
+            "Archicad konnte diesen Artikel nicht veröffentlichen. Prüfen Sie in seinem Publisher, ob es Ausschnitt oder Layout und das Ausgabeformat noch gibt, und bereiten Sie erneut vor.",
+        "publish.itemNotUploaded":
+            "Nicht hochgeladen. Prüfen Sie, ob es den Ordner noch gibt und der Dienst läuft, und drücken Sie „Vorbereiten und hochladen“.",
+        "publish.noAnswer":
+            "Ob das hochgeladen wurde, ist nicht bekannt. Sehen Sie unter den Dokumenten des Ordners nach; fehlt es, laden Sie es erneut hoch.",
+
+        "publish.publish": "Vorbereiten und hochladen ({count})",
+        "publish.publishAgain": "Erneut vorbereiten und hochladen ({count})",
+        "publish.prepare": "Nur vorbereiten ({count})",
+        "publish.upload": "Nur hochladen ({count})",
+        "publish.uploadAgain": "Erneut hochladen ({count})",
+        "publish.nothing": "Haken Sie an, was veröffentlicht werden soll.",
+        "publish.tooMany":
+            "Höchstens {most} Artikel lassen sich auf einmal veröffentlichen. Nehmen Sie welche heraus und veröffentlichen Sie diese danach.",
+        "publish.badNames": "Korrigieren Sie zuerst die markierten Dokumentnamen.",
+        "publish.preparing": "Wird vorbereitet… ({count})",
+        "publish.preparingHelp":
+            "Schließen Sie die Meldung von Archicad. Danach veröffentlicht es in Dateien; das kann Minuten dauern.",
+        "publish.uploading": "Wird hochgeladen… ({count})",
+        "publish.uploadingHelp": "Sie können inzwischen weiterarbeiten.",
+        "publish.prepared": "Vorbereitete Artikel: {count}. Laden Sie sie jetzt hoch.",
+        "publish.uploaded": "Hochgeladene Dokumente: {count}",
+        "publish.failed": "Nicht alles hat geklappt",
+        "publish.notPrepared":
+            "Archicad hat nichts vorbereitet. Prüfen Sie, ob der Datenträger Platz hat und Sie in Ihren temporären Ordner schreiben dürfen, und bereiten Sie erneut vor.",
+        "publish.someNotPrepared":
+            "Archicad konnte nicht alle Artikel veröffentlichen; fehlgeschlagen: {count}. Was zu tun ist, steht jeweils dabei. Die anderen sind vorbereitet und können hochgeladen werden.",
+        "publish.noneReady":
+            "Keiner der Artikel konnte vorbereitet werden; es wurde nichts hochgeladen. Was zu tun ist, steht jeweils dabei.",
+        "publish.sameNames":
+            "Mehrere Dokumente hätten denselben Namen; es wurde nichts hochgeladen. Ändern Sie die markierten Namen und laden Sie dann hoch.",
+        "publish.nothingUploaded":
+            "Archicad konnte nicht mit dem Hochladen beginnen: Es fand die vorbereiteten Dateien nicht oder hat keinen Platz für Kopien. Prüfen Sie den Platz auf dem Datenträger und drücken Sie „Vorbereiten und hochladen“.",
+        "publish.someNotUploaded":
+            "Artikel ohne Dokument: {count}. Was zu tun ist, steht jeweils dabei; ein Upload nimmt nur, was noch fehlt.",
+        "publish.expired":
+            "Ihre Anmeldung war abgelaufen. Melden Sie sich an und laden Sie erneut hoch; Vorbereitetes bleibt erhalten.",
+        "publish.stoppedWaiting":
+            "Archicad hat das Ende nicht gemeldet. Kommt es noch, steht das Ergebnis hier; sonst veröffentlichen Sie erneut.",
+        "publish.anew": "Hat sich ein Plan seither geändert?",
+        "publish.anewHelp":
+            "Archicad behält, was es vorbereitet hat, und verwendet es wieder, auch wenn sich der Plan geändert hat. Um einen Artikel neu vorzubereiten, löschen Sie seine Datei aus {folder} (ihr Name steht bei den Angaben des Artikels) und bereiten Sie erneut vor.",
+
+        "history.heading": "Verlauf",
+        "history.empty": "Was aus diesem Archicad hochgeladen wird, steht hier.",
+        "history.model": "Modell",
+        "history.snapshot": "Bild",
+        "history.document": "Veröffentlicht",
 
         "topics.heading": "Aufgaben",
         "topics.new": "Neue Aufgabe",

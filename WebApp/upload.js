@@ -15,10 +15,12 @@ export class Upload {
      */
     status = new Value({ state: "idle" });
 
-    constructor(host, service, pending) {
+    /** onUploaded(projectId, document) is told of each uploaded model. */
+    constructor(host, service, pending, onUploaded = () => {}) {
         this.host = host;
         this.service = service;
         this.pending = pending;
+        this.onUploaded = onUploaded;
     }
 
     /** Starts the export and upload, unless one is running. */
@@ -30,7 +32,7 @@ export class Upload {
             // Better told now than after a long export.
             await this.service.session();
             const before = await this.host.uploadAnswer();
-            this.pending.set({ since, fileName, folderId, before });
+            this.pending.set({ since, fileName, projectId, folderId, before });
             const { token } = this.service;
             await this.host.exportModel({ token, projectId, folderId, fileName, onlyVisible });
         } catch (error) {
@@ -53,7 +55,9 @@ export class Upload {
         const pending = this.pending.get();
         const answer = readUploadAnswer(await this.host.uploadAnswer().catch(() => ""));
         if (answer.document) {
-            this.#end({ state: "done", document: await this.#described(answer.document, pending) });
+            const document = await this.#described(answer.document, pending);
+            this.#end({ state: "done", document });
+            if (pending) this.onUploaded(pending.projectId, document);
             return;
         }
         const said = answer.error;

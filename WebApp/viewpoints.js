@@ -13,12 +13,13 @@ export class ViewpointWork {
      * { state: "failed", topicId, message }
      */
     status = new Value({ state: "idle" });
-    /** { topicId, viewpoint } of the viewpoint stored last. */
+    /** { projectId, topicId, viewpoint } of the viewpoint stored last. */
     stored = new Value(null);
 
     #run = 0;
     #snapshotRun = null; // the run that waits for InsertViewpoint
     #timer = null;
+    #projectId = null; // of the snapshot under way
 
     constructor(host, service, pictures, wait = patience) {
         this.host = host;
@@ -40,6 +41,7 @@ export class ViewpointWork {
             await this.service.session();
             if (run !== this.#run) return;
             this.#snapshotRun = run;
+            this.#projectId = projectId;
             await this.host.exportSnapshot({ token: this.service.token, projectId });
             if (this.#snapshotRun !== run) return;
             this.#timer = setTimeout(() => this.#fail(run, text("viewpoints.noSnapshot")), this.wait);
@@ -115,7 +117,7 @@ export class ViewpointWork {
         }
         if (run !== this.#run) return;
         const viewpoint = await this.service.addViewpoint(topicId, snapshot, captured);
-        this.stored.set({ topicId, viewpoint });
+        this.stored.set({ projectId: this.#projectId, topicId, viewpoint });
         this.#end(run, { state: "done", topicId, viewpointId: viewpoint.id, step: "stored" });
     }
 

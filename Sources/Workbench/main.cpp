@@ -166,6 +166,10 @@ void Prepare(Application& application, QtDriver& driver, MainWindow& window, con
                          qPrintable(ToQString(texts.small)));
             return std::optional<short>(1);
         });
+        driver.SetOnDialog([](const ShownDialog& dialog) {
+            std::fprintf(stderr, "dialog: %s\n", qPrintable(dialog.texts.join(" | ")));
+            return std::optional<DialogAnswer>(DialogAnswer());
+        });
     }
 }
 
@@ -188,11 +192,16 @@ ExitStatus RunDesktop(Application& application, Automation& automation, QtDriver
             const std::optional<short> answer = console->OnAlert(texts);
             return answer || !options.headless ? answer : std::optional<short>(1);
         });
+        driver.SetOnDialog([&](const ShownDialog& dialog) -> std::optional<DialogAnswer> {
+            const std::optional<DialogAnswer> answer = console->OnDialog(dialog);
+            return answer || !options.headless ? answer : DialogAnswer();
+        });
         console->Start();
     }
     if (!options.model.isEmpty()) queue.Post([&] { application.Open(options.model.toStdString()); });
     const int status = QApplication::exec();
     driver.SetOnAlert({});
+    driver.SetOnDialog({});
     return status == 0 ? done : failed;
 }
 

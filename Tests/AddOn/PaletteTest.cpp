@@ -194,7 +194,11 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
                                    "GetElementNames", "AlertAPI", "SelectViewpoint", "GetSelectedElements",
                                    "AddComponent", "AddViewpoint", "ImportIfcModel", "RegisterIfcFileName",
                                    "RequestFileName", "GetIfcFile", "GetApplicationInfo", "ImportIfcFiles",
-                                   "OpenIfcModels", "ExportIFCModel", "GetIfcDocuments", "ExportSnapshot"));
+                                   "OpenIfcModels", "ExportIFCModel", "GetIfcDocuments",
+                                   "ExportSnapshot", "GetExportHistory", "SaveExportHistoryData",
+                                   "GetPublishSetHeaders", "GetPublishSetItems", "HandlePublishSets",
+                                   "CompleteExportPublish", "PreparePublishDocs", "GetPublishHistory",
+                                   "SavePublishHistory", "SetPublishHistory", "GetPublishItems"));
 }
 
 TEST_F(AddOnTest, AlertShowsThePagesText) {

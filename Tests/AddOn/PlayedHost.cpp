@@ -4,6 +4,7 @@
 #include <fstream>
 
 #include "HostKit/API/IfcGuid.hpp"
+#include "HostKit/GSRoot/Text.hpp"
 
 namespace tests {
 
@@ -57,6 +58,41 @@ void PlayedHost::EndUndoable(bool succeeded) {
 
 GSErrCode PlayedHost::CreateElement(API_Element& element) {
     created.push_back(element.header.guid.timeLow);
+    return NoError;
+}
+
+GSErrCode PlayedHost::PublisherSetCount(Int32& count) {
+    count = static_cast<Int32>(publisherSets.size());
+    return NoError;
+}
+
+GSErrCode PlayedHost::PublisherSet(Int32 index, API_NavigatorSet& set) {
+    const PlayedSet& played = publisherSets.at(static_cast<std::size_t>(index));
+    played.name.copy(set.name, sizeof set.name - 1);
+    set.guid = played.guid;
+    set.rootGuid = played.root;
+    return NoError;
+}
+
+GSErrCode PlayedHost::PublisherItems(const API_Guid& parent, GS::Array<API_NavigatorItem>& list) {
+    const auto found = publisherItems.find(parent);
+    if (found == publisherItems.end()) return NoError;
+    for (const PlayedItem& played : found->second) {
+        API_NavigatorItem& item = list.PushNew();
+        hostkit::Utf16(played.name).copy(item.uName, API_UniLongNameLen - 1);
+        item.guid = played.guid;
+    }
+    return NoError;
+}
+
+GSErrCode PlayedHost::Publish(const API_PublishPars& pars, const GS::Array<API_Guid>* items) {
+    published.push_back(hostkit::ToPath(*pars.path));
+    if (publisherSets.empty() || pars.guid != publisherSets[0].guid || items->GetSize() != 1)
+        return APIERR_BADPARS;
+    const auto found = publisherFiles.find(items->GetFirst());
+    if (found == publisherFiles.end()) return APIERR_BADID;
+    for (const std::string& file : found->second)
+        std::ofstream(published.back() / file) << file;
     return NoError;
 }
 
@@ -235,6 +271,14 @@ bool PlayedHostTest::CallForBool(const std::string& function, const nlohmann::js
     return result->GetBool();
 }
 
+std::string PlayedHostTest::CallForText(const std::string& function, const std::string& argument) {
+    try {
+        return ToText(GS::DynamicCast<DG::JSValue>(Call(function, Text(argument)))->GetString());
+    } catch (const GS::Exception& exception) {
+        return exception.what();
+    }
+}
+
 std::vector<nlohmann::json> PlayedHostTest::CallForComponents(const std::string& function,
                                                               const nlohmann::json& argument) {
     std::vector<nlohmann::json> components;
@@ -250,6 +294,21 @@ API_Guid Guid(UInt32 number) {
 
 std::string IfcGuid(UInt32 number) {
     return hostkit::ToIfcGuid(Guid(number));
+}
+
+std::vector<std::pair<std::string, std::string>> SpoilEach(const nlohmann::ordered_json& request,
+                                                           const std::string& place,
+                                                           const std::set<std::string>& mayBeMissing) {
+    std::vector<std::pair<std::string, std::string>> cases;
+    const nlohmann::ordered_json::json_pointer pointer(place);
+    for (const auto& member : request[pointer].items()) {
+        nlohmann::ordered_json spoilt = request;
+        spoilt[pointer][member.key()] = 5;
+        cases.emplace_back(spoilt.dump(), "Bad cast.");
+        spoilt[pointer].erase(member.key());
+        cases.emplace_back(spoilt.dump(), mayBeMissing.count(member.key()) != 0 ? "" : "Null reference.");
+    }
+    return cases;
 }
 
 GS::Ref<DG::JSBase> ToScript(const nlohmann::json& value) {

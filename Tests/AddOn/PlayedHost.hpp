@@ -6,6 +6,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,21 @@ class PlayedHost : public hostkit::Host {
         bool shown = true;
         bool readable = true;
     };
+
+    struct PlayedSet {
+        std::string name;
+        API_Guid guid;
+        API_Guid root;
+    };
+    struct PlayedItem {
+        std::string name;
+        API_Guid guid;
+    };
+
+    std::vector<PlayedSet> publisherSets;
+    std::map<API_Guid, std::vector<PlayedItem>> publisherItems;   // by their parent
+    std::map<API_Guid, std::vector<std::string>> publisherFiles;  // that publishing an item writes
+    std::vector<std::filesystem::path> published;                 // folders, also when it failed
 
     std::vector<PlayedElement> elements;
     std::map<std::string, std::vector<PlayedElement>> models;  // what can be opened, by file name
@@ -51,6 +67,10 @@ class PlayedHost : public hostkit::Host {
     void BeginUndoable(const GS::UniString& name) override;
     void EndUndoable(bool succeeded) override;
     GSErrCode CreateElement(API_Element& element) override;
+    GSErrCode PublisherSetCount(Int32& count) override;
+    GSErrCode PublisherSet(Int32 index, API_NavigatorSet& set) override;
+    GSErrCode PublisherItems(const API_Guid& parent, GS::Array<API_NavigatorItem>& list) override;
+    GSErrCode Publish(const API_PublishPars& pars, const GS::Array<API_Guid>* items) override;
     GSErrCode ElementList(const API_ElemType& type, API_ElemFilterFlags filter,
                           GS::Array<API_Guid>& list) override;
     GSErrCode Element(API_Element& element) override;
@@ -90,6 +110,8 @@ class PlayedHostTest : public testing::Test {
         return driver.Call(function, argument);
     }
     bool CallForBool(const std::string& function, const nlohmann::json& argument);
+    /// The text that the function returns; of what it throws instead, the message.
+    std::string CallForText(const std::string& function, const std::string& argument = "");
     /// The parsed texts of an array of component records.
     std::vector<nlohmann::json> CallForComponents(const std::string& function,
                                                   const nlohmann::json& argument = nullptr);
@@ -106,6 +128,12 @@ class PlayedHostTest : public testing::Test {
 /// A GUID with this number in its first digits, and its text in IFC files.
 API_Guid Guid(UInt32 number);
 std::string IfcGuid(UInt32 number);
+
+/// The request once for each of its members at the place (a JSON pointer) without it and once with it of
+/// another kind, and the message that the add-on rejects it with: none when the member may be missing.
+std::vector<std::pair<std::string, std::string>> SpoilEach(const nlohmann::ordered_json& request,
+                                                           const std::string& place = "",
+                                                           const std::set<std::string>& mayBeMissing = {});
 
 /// As the page's value arrives in the host.
 GS::Ref<DG::JSBase> ToScript(const nlohmann::json& value);

@@ -36,6 +36,17 @@ test("the page sees the functions in their order as soon as its scripts run, als
         "ExportIFCModel",
         "GetIfcDocuments",
         "ExportSnapshot",
+        "GetExportHistory",
+        "SaveExportHistoryData",
+        "GetPublishSetHeaders",
+        "GetPublishSetItems",
+        "HandlePublishSets",
+        "CompleteExportPublish",
+        "PreparePublishDocs",
+        "GetPublishHistory",
+        "SavePublishHistory",
+        "SetPublishHistory",
+        "GetPublishItems",
     ];
     assert.deepEqual(await workbench.eval(functions), expected);
     await workbench.eval("setTimeout(() => location.reload(), 0)");

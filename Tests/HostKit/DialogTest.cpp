@@ -3,6 +3,7 @@
 #include <atomic>
 #include <stdexcept>
 #include <thread>
+#include <tuple>
 
 #include "DGModule.hpp"
 #include "HostKit/GSRoot/ThreadRegister.hpp"
@@ -45,6 +46,54 @@ class TestPalette : public DG::Palette, public DG::PanelObserver {
 
     DG::Browser browser;
     bool closes = true;
+};
+
+// As an add-on writes a modal dialog: item 1 accepts, item 2 is a list, item 3 a button that does nothing.
+class TestDialog : public DG::ModalDialog,
+                   public DG::PanelObserver,
+                   public DG::ButtonItemObserver,
+                   public DG::CompoundItemObserver {
+  public:
+    explicit TestDialog(GSResID dialog = 32510)
+        : DG::ModalDialog(1, dialog, 1),
+          accept(GetReference(), 1),
+          list(GetReference(), 2),
+          other(GetReference(), 3) {
+        Attach(*this);
+        AttachToAllItems(*this);
+        accept.Attach(*this);
+        list.SetTabFieldCount(2);
+        list.SetHeaderItemCount(1);
+        list.SetHeaderItemSize(1, list.GetItemWidth());
+        list.SetHeaderItemText(1, "Name");
+        list.SetHeaderItemText(2, "not there");
+        for (const char* row : {"first", "second"}) {
+            list.AppendItem();
+            list.SetTabItemText(list.GetItemCount(), 2, row);
+            list.SetTabItemText(9, 1, row);
+        }
+    }
+    ~TestDialog() override {
+        DetachFromAllItems(*this);
+        Detach(*this);
+    }
+
+    void PanelOpened(const DG::PanelOpenEvent&) override { events += "opened "; }
+    void PanelClosed(const DG::PanelCloseEvent&) override { events += "closed "; }
+    void PanelCloseRequested(const DG::PanelCloseRequestEvent& event, bool* accepted) override {
+        events += event.IsAccepted() ? "accepting " : "cancelling ";
+        *accepted = closes;
+    }
+    void ButtonClicked(const DG::ButtonClickEvent& event) override {
+        events += event.GetSource() == &other ? "other " : "button ";
+        if (event.GetSource() == &accept) PostCloseRequest(Accept);
+    }
+
+    DG::Button accept;
+    DG::SingleSelListBox list;
+    DG::Button other;
+    bool closes = true;
+    std::string events;
 };
 
 class DialogTest : public testing::Test {
@@ -159,6 +208,42 @@ TEST_F(DialogTest, WithoutAResourceNothingIsShown) {
     EXPECT_FALSE(palette.IsVisible());
     EXPECT_FALSE(palette.browser.ExecuteJS("x()"));
     EXPECT_TRUE(driver.Calls().empty());
+}
+
+TEST_F(DialogTest, ModalDialogsAreLeftByButtonsKeysAndObjections) {
+    const std::tuple<std::optional<short>, bool, bool, const char*> cases[] = {
+        {1, true, true, "opened button accepting closed "},
+        {std::nullopt, true, false, "opened cancelling closed "},
+        {3, true, false, "opened other cancelling closed "},
+        {2, true, false, "opened cancelling closed "},  // a list is no button
+        {9, true, false, "opened cancelling closed "},
+        {1, false, false, "opened button accepting cancelling closed "}};
+    for (const auto& [answer, closes, accepted, events] : cases) {
+        TestDialog dialog;
+        dialog.closes = closes;
+        dialog.PostCloseRequest(DG::ModalDialog::Accept);  // not open: nothing to close
+        driver.QueueDialogAnswer(answer);
+        EXPECT_EQ(dialog.Invoke(), accepted);
+        EXPECT_EQ(dialog.events, events);
+    }
+    TestDialog dialog;
+    dialog.accept.SetText("Yes");
+    EXPECT_EQ(dialog.accept.GetText(), "Yes");
+    EXPECT_EQ(dialog.other.GetText(), "More");
+    EXPECT_TRUE(dialog.Invoke());
+    const auto shown = driver.Dialogs().back();
+    EXPECT_EQ(shown.title, "Choice");
+    EXPECT_EQ(shown.texts.at(1), "Yes");
+    EXPECT_EQ(shown.lists.at(2).header, std::vector<std::string>{"Name"});
+    EXPECT_EQ(shown.lists.at(2).rows, (std::vector<std::vector<std::string>>{{"", "first"}, {"", "second"}}));
+    EXPECT_EQ(dialog.list.GetItemWidth(), 180);
+
+    TestDialog unknown(1);
+    EXPECT_FALSE(unknown.Invoke());
+    session.reset();
+    EXPECT_FALSE(dialog.Invoke());
+    EXPECT_EQ(dialog.accept.GetText(), "");
+    EXPECT_EQ(driver.Dialogs().size(), 7U);
 }
 
 TEST_F(DialogTest, AlertsAreAnswered) {

@@ -44,6 +44,9 @@ constexpr auto addOnText = R"(
 'STR#' 32500 "Menu" { "Panel" }
 'STR#' 32501 "Submenu" { "Title" "First" "Second" }
 'GDLG' 32500 Palette | close | grow 0 0 300 400 "Panel" { Browser 0 0 300 400 }
+'GDLG' 32510 Modal | noGrow 0 0 200 200 "Choice" {
+    Button 110 170 80 20 LargePlain "OK"  SingleSelList 10 10 180 150 SmallPlain  Button 10 170 80 20 "More"
+}
 )";
 
 inline hostkit::Resources AddOnResources() {

@@ -1,5 +1,6 @@
 #include <atomic>
 #include <fstream>
+#include <set>
 #include <thread>
 
 #include "Service/Fixture.hpp"
@@ -9,10 +10,10 @@ namespace {
 
 class UploadTest : public ServiceTest {
   protected:
-    std::string Head(size_t length) {
+    std::string Head(size_t length, const std::string& connection = "keep-alive") {
         return "POST " + path + " HTTP/1.1\r\nHost: localhost\r\nContent-Type: " + formType +
                "\r\nX-Project-Authorization: " + user.headers.begin()->second +
-               "\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n";
+               "\r\nConnection: " + connection + "\r\nContent-Length: " + std::to_string(length) + "\r\n\r\n";
     }
 
     size_t Arriving() const { return FileCount(options.dataDir / "arriving"); }
@@ -92,6 +93,26 @@ TEST_F(UploadTest, ConcurrentUploadsKeepTheirBytesAndGetOneVersionEach) {
         thread.join();
     EXPECT_EQ(good, threadCount * uploadsEach);
     EXPECT_EQ(user.Documents(folder)[0]["version"], threadCount * uploadsEach);
+}
+
+TEST_F(UploadTest, TwoHundredAtOnceAllGetADocument) {
+    constexpr size_t count = 200;
+    const std::string small = Form("form-data; name=\"file\"; filename=\"a\"", Pattern(5'000, 3));
+    std::vector<std::unique_ptr<RawClient>> clients;
+    for (size_t i = 0; i < count; ++i) {
+        clients.push_back(std::make_unique<RawClient>(server->Port()));
+        clients.back()->Send(Head(small.size(), "close") + small.substr(0, 1000 + i));
+    }
+    AwaitArriving(count);
+    std::set<std::string> ids;
+    for (size_t i = 0; i < count; ++i) {
+        clients[i]->Send(small.substr(1000 + i));
+        const std::string answer = clients[i]->ReadToEnd();
+        ASSERT_THAT(answer, testing::StartsWith("HTTP/1.1 200"));
+        ids.insert(Json::parse(answer.substr(answer.find("\r\n\r\n")))[0]["id"].get<std::string>());
+    }
+    EXPECT_EQ(ids.size(), count);
+    EXPECT_EQ(user.Documents(folder)[0]["version"], count);
 }
 
 size_t ResidentKiB(pid_t pid) {

@@ -37,7 +37,7 @@ test("a viewpoint is stored as the host gave it, once its snapshot is there, and
     await Promise.all([work.insert(), work.insert()]);
     assert.deepEqual(stored, [["a", "5f0a", captured]]);
     assert.deepEqual(work.status.get(), { state: "done", topicId: "a", viewpointId: "v1", step: "stored" });
-    assert.deepEqual(work.stored.get(), { topicId: "a", viewpoint: { id: "v1" } });
+    assert.deepEqual(work.stored.get(), { projectId: "p", topicId: "a", viewpoint: { id: "v1" } });
     await work.insert();
     assert.equal(stored.length, 1);
 });

@@ -9,10 +9,11 @@ const longestName = 200;
  */
 export function checkFileName(typed) {
     const name = typed.trim().replace(extension, "");
-    return { name, problem: problemOf(name) };
+    return { name, problem: nameProblem(name) };
 }
 
-function problemOf(name) {
+/** What is wrong with a name, as of checkFileName, or null. */
+export function nameProblem(name) {
     if (name.trim() === "") return "empty";
     if (forbidden.test(name)) return "character";
     if (name.startsWith(".") || name.includes("..") || /[. ]$/.test(name)) return "dots";

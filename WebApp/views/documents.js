@@ -3,7 +3,7 @@ import { formatDate, formatSize } from "../logic/format.js";
 import { language, text } from "../text.js";
 
 /** The documents of the chosen folder, kept up to date with the uploads of this page. */
-export function documentsView({ service, place, upload, signal }) {
+export function documentsView({ service, place, upload, publishing, signal }) {
     let question = 0;
     let folderId = null;
 
@@ -58,11 +58,14 @@ export function documentsView({ service, place, upload, signal }) {
         folderId = next;
         load();
     }, signal);
-    let wasDone = upload.status.get().state === "done";
-    upload.status.watch(({ state }) => {
-        if (state === "done" && !wasDone) load();
-        wasDone = state === "done";
-    }, signal);
+    for (const { status } of [upload, publishing]) {
+        let former = status.get();
+        status.watch((now) => {
+            const hasNew = now.state === "done" || former.state === "uploading";
+            if (now !== former && hasNew) load();
+            former = now;
+        }, signal);
+    }
 
     return element(
         "section",

@@ -1,10 +1,13 @@
 import { element, icon, mark, notice } from "../dom.js";
 import { text } from "../text.js";
 import { documentsView } from "./documents.js";
+import { exportHistoryView } from "./export-history.js";
 import { hostInfoView } from "./host-info.js";
 import { issuesView } from "./issues.js";
 import { modelsView } from "./models.js";
 import { placesView } from "./places.js";
+import { publishItemsView } from "./publish-items.js";
+import { publishSetsView } from "./publish-sets.js";
 import { selectionView } from "./selection.js";
 import { tabsView } from "./tabs.js";
 import { uploadView } from "./upload.js";
@@ -12,6 +15,7 @@ import { uploadView } from "./upload.js";
 /** The screen of a signed-in person. Its parts stop watching when `parts.signal` aborts. */
 export function mainView({ user, onSignOut, ...parts }) {
     const { host, view, signal } = parts;
+    const canPublish = Boolean(host?.canPublish());
     const shownIn = (name, content) => {
         view.watch((shown) => (content.hidden = shown !== name), signal);
         return content;
@@ -24,6 +28,7 @@ export function mainView({ user, onSignOut, ...parts }) {
             { class: "column" },
             placesView(parts),
             shownIn("documents", host ? uploadView(parts) : noHost(text("noHost.body"))),
+            shownIn("publish", canPublish ? publishSetsView(parts) : cannotPublish(host)),
             host ? null : shownIn("models", noHost(text("noHost.models"))),
             host ? null : shownIn("issues", noHost(text("noHost.issues"))),
             shownIn("issues", issuesView(parts)),
@@ -32,6 +37,8 @@ export function mainView({ user, onSignOut, ...parts }) {
             "div",
             { class: "column" },
             shownIn("documents", documentsView(parts)),
+            canPublish ? shownIn("publish", publishItemsView(parts)) : null,
+            canPublish ? shownIn("publish", exportHistoryView(parts)) : null,
             shownIn("models", modelsView(parts)),
             host ? shownIn("issues", selectionView(parts)) : null,
         ),
@@ -66,6 +73,11 @@ function header(user, onSignOut) {
             text("signIn.out"),
         ),
     );
+}
+
+function cannotPublish(host) {
+    if (!host) return noHost(text("noHost.publish"));
+    return notice("note", element("strong", {}, text("publish.tooOldTitle")), text("publish.tooOld"));
 }
 
 function noHost(body) {

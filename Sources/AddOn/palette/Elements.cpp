@@ -3,8 +3,7 @@
 #include "host/Elements.hpp"
 #include "host/View3D.hpp"
 #include "palette/KestranePalette.hpp"
-
-#include "JDOMWriter.hpp"
+#include "script/Json.hpp"
 
 #include <algorithm>
 #include <limits>
@@ -90,9 +89,7 @@ GS::UniString KestranePalette::MakeComponentJSONString(const GS::UniString& ifcG
     JSON::ObjectValue component;
     component.AddValue("ifcGuid", new JSON::StringValue(ifcGuid));
     component.AddValue("name", new JSON::StringValue(name));
-    GS::UniString text;
-    const JSON::JDOMStringWriter writer(component, text);
-    return text;
+    return WriteJson(component);
 }
 
 GS::Array<GS::UniString> KestranePalette::GetComponentInfos(const GS::Array<API_Guid>& elements) {

@@ -12,6 +12,7 @@
 #include <functional>
 #include <memory>
 
+class PublishRun;
 struct ACSection;
 
 /// Identifies the palette to the host, which stores its place in workspaces under it.
@@ -238,6 +239,70 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     /// The local time as it may stand in a file name: "2026-11-21T09_30_00+01_00".
     static GS::UniString GetTimeString();
 
+    // -- Publisher sets: what could be published, made ready, and sent to the service -----------------------
+
+    /// The remembered selection of this project: JSON of an object with the strings "publishSet" and
+    /// "publishItems"; "[]" when another's is remembered, or none.
+    static GS::UniString GetPublishItems(const GS::UniString& projectId);
+
+    /// PreparePublishDocuments of the one palette; empty without one.
+    static GS::UniString PreparePublishDoc(const GS::UniString& json);
+
+    /// Tells the person that it takes a while, then has the picked items published that have no prepared file
+    /// yet, makes them the remembered selection, and reports those that could not be published. Returns
+    /// PreparePublishDocs.
+    GS::UniString PreparePublishDocuments(const GS::UniString& json);
+
+    /// PublisherItems of the one palette; nothing without one.
+    static void PublishSeletedItems(const GS::UniString& json);
+
+    /// Starts a run of uploads, one for each file of the request; the page is told "CompleteExportPublish()"
+    /// when all have ended, or "FailedExportPublish()" when there are none. The run takes the place of an
+    /// earlier one, whose uploads go on without a word to the page.
+    void PublisherItems(const GS::UniString& json);
+
+    /// Job thread: counts an upload of the run that has ended; after the last one of the palette's own run
+    /// executes "CompleteExportPublish()".
+    void CompleteExportPublishItem(PublishRun& run);
+
+    /// JSON of an object: the ids of the documents that the run has led to so far, by their items' keys.
+    GS::UniString GetExportedPublishItemData();
+    static GS::UniString GetExportedPublishItemIds();
+
+    // -- Histories ------------------------------------------------------------------------------------------
+
+    /// Keeps the page's text about its exports in a file of the project, beyond the host's end. The request
+    /// is an object with the strings "projectId" and "data" and the boolean "isModel". A text that needs more
+    /// bytes than it has characters loses its end.
+    static void SaveExportHistoryData(const GS::UniString& json);
+    void SaveExportHistory(const GS::UniString& json);
+
+    /// The text kept last, or empty. The request is an object with the string "projectId" and the boolean
+    /// "model".
+    static GS::UniString GetExportHistoryData(const GS::UniString& json);
+    GS::UniString GetExportHistory(const GS::UniString& json);
+    static GS::UniString GetExportHistoryFolderPath(bool isModel);
+
+    /// The selection of a project that was published last: the page's texts for the set and for its items.
+    struct PublishHistory {
+        GS::UniString projectId;  // empty: of none
+        GS::UniString publishSet;
+        GS::UniString publishItems = "[]";
+    };
+
+    /// Writes the remembered selection to its project's file; nothing when there is none.
+    void RegisterPublishHistory();
+    static void SavePublishHistory();
+
+    /// Remembers the selection in the project's file, without the items whose prepared file is gone. What is
+    /// remembered stays when it is of this project, or the file cannot be used.
+    static void GetPublishHistory(const GS::UniString& projectId);
+    void RetrievePublishHistory(const GS::UniString& projectId);
+
+    /// Remembers the page's own: an object with the strings "projectId", "publishItems" and "publishSet".
+    static void SetPublishHistory(const GS::UniString& json);
+    void ClearPublishHistory();
+
     // -- Application and project ----------------------------------------------------------------------------
 
     /// True when the host speaks German. A host that does not answer counts as English.
@@ -272,4 +337,6 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     std::shared_ptr<const GS::Array<GS::UniString>> importedModelPaths;  // none yet: empty, as the next
     std::shared_ptr<const GS::UniString> pendingImageId;
     std::shared_ptr<const GS::UniString> exportedModelResult;
+    std::shared_ptr<PublishRun> publishRun;  // none yet: empty
+    PublishHistory publishHistory;
 };

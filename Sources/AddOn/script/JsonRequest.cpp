@@ -1,22 +1,8 @@
 #include "script/JsonRequest.hpp"
 
-#include "JDOMParser.hpp"
+#include "script/Json.hpp"
 
-namespace {
-
-/// Null when the text does not parse, whichever way the parser says so.
-JSON::ValueRef Parse(const GS::UniString& text) {
-    try {
-        JSON::JDOMStringParser parser;
-        return parser.Parse(text);
-    } catch (const GS::Exception&) {
-        return nullptr;
-    }
-}
-
-}  // namespace
-
-JsonRequest::JsonRequest(const GS::UniString& text) : root(Parse(text)) {}
+JsonRequest::JsonRequest(const GS::UniString& text) : root(ParseJson(text)) {}
 
 std::optional<GS::UniString> JsonRequest::GetString(const char* name) const {
     const JSON::ValueRef value = Find(name);

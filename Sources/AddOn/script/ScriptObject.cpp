@@ -1,5 +1,6 @@
 #include "script/ScriptObject.hpp"
 
+#include "palette/PublisherSets.hpp"
 #include "palette/Viewpoint.hpp"
 #include "script/ScriptValues.hpp"
 
@@ -118,6 +119,55 @@ Value ExportSnapshot(const Value& request) {
     return Done();
 }
 
+Value GetExportHistory(const Value& request) {
+    return Text(KestranePalette::GetExportHistoryData(GetStringFromJavaScriptVariable(request)));
+}
+
+Value SaveExportHistoryData(const Value& request) {
+    KestranePalette::SaveExportHistoryData(GetStringFromJavaScriptVariable(request));
+    return Done();
+}
+
+Value GetPublishSetHeaders(const Value&) {
+    return Text(::GetPublishSetHeaders());
+}
+
+Value GetPublishSetItems(const Value& request) {
+    return Text(::GetPublishSetItems(GetStringFromJavaScriptVariable(request)));
+}
+
+Value HandlePublishSets(const Value& order) {
+    KestranePalette::PublishSeletedItems(GetStringFromJavaScriptVariable(order));
+    return Done();
+}
+
+Value CompleteExportPublish(const Value&) {
+    return Text(KestranePalette::GetInstance().GetExportedPublishItemData());
+}
+
+Value PreparePublishDocs(const Value& request) {
+    return Text(KestranePalette::PreparePublishDoc(GetStringFromJavaScriptVariable(request)));
+}
+
+Value GetPublishHistory(const Value& projectId) {
+    KestranePalette::GetPublishHistory(GetStringFromJavaScriptVariable(projectId));
+    return Done();
+}
+
+Value SavePublishHistory(const Value&) {
+    KestranePalette::GetInstance().RegisterPublishHistory();
+    return Done();
+}
+
+Value SetPublishHistory(const Value& history) {
+    KestranePalette::SetPublishHistory(GetStringFromJavaScriptVariable(history));
+    return Done();
+}
+
+Value GetPublishItems(const Value& projectId) {
+    return Text(KestranePalette::GetPublishItems(GetStringFromJavaScriptVariable(projectId)));
+}
+
 /// In the order in which the page sees them.
 constexpr ScriptFunction scriptFunctions[] = {
     {"GetResourceFolder", GetResourceFolder},
@@ -139,6 +189,17 @@ constexpr ScriptFunction scriptFunctions[] = {
     {"ExportIFCModel", ExportIFCModel},
     {"GetIfcDocuments", GetIfcDocuments},
     {"ExportSnapshot", ExportSnapshot},
+    {"GetExportHistory", GetExportHistory},
+    {"SaveExportHistoryData", SaveExportHistoryData},
+    {"GetPublishSetHeaders", GetPublishSetHeaders},
+    {"GetPublishSetItems", GetPublishSetItems},
+    {"HandlePublishSets", HandlePublishSets},
+    {"CompleteExportPublish", CompleteExportPublish},
+    {"PreparePublishDocs", PreparePublishDocs},
+    {"GetPublishHistory", GetPublishHistory},
+    {"SavePublishHistory", SavePublishHistory},
+    {"SetPublishHistory", SetPublishHistory},
+    {"GetPublishItems", GetPublishItems},
 };
 
 }  // namespace

@@ -42,6 +42,7 @@ std::optional<BaseExport::Outcome> BaseExport::Post(const GS::UniString& filePat
 
     Outcome outcome;
     outcome.transferred = curl_easy_perform(curl) == CURLE_OK;
+    curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &outcome.status);
     if (response.memory != nullptr) outcome.body = GS::UniString(response.memory);
     return outcome;
 }

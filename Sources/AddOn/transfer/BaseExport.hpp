@@ -21,7 +21,10 @@ class BaseExport : public GS::Runnable {
   protected:
     struct Outcome {
         bool transferred = false;  // the service answered, whatever the status
+        long status = 0;           // HTTP's
         GS::UniString body;
+
+        bool IsAccepted() const { return transferred && status >= 200 && status <= 299; }
     };
 
     /// Posts the file as the form's one part "file" and waits for the answer, without a time limit. No value

@@ -12,6 +12,7 @@
 #include "APIdefs_Database.h"
 #include "APIdefs_Elements.h"
 #include "APIdefs_Environment.h"
+#include "APIdefs_Navigator.h"
 #include "APIdefs_Registration.h"
 #include "Array.hpp"
 #include "BM.hpp"
@@ -80,11 +81,18 @@ GSErrCode ACAPI_Environment(API_EnvironmentID code, void* par1 = nullptr, void* 
 
 // APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*, API_SavePars_Picture*).
 // APIDo_OpenID: API_FileOpenPars*; the add-on is not notified; CANCEL when the person kept the open project.
-// Both are complete operations: REFUSEDCMD inside notifications and undoable commands. ShowAllIn3DID,
+// APIDo_PublishID: API_PublishPars*, GS::Array<API_Guid>* (only these items; may be null).
+// All three are complete operations: REFUSEDCMD inside notifications and undoable commands. ShowAllIn3DID,
 // ShowSelectionIn3DID: none; they bring the 3D window to the front. ZoomID: none, which fits all into the
 // window (REFUSEDPAR otherwise). ZoomToElementsID: GS::Array<API_Guid>*. ChangeWindowID: API_WindowInfo*.
 GSErrCode ACAPI_Automate(API_AutomateID code, void* par1 = nullptr, void* par2 = nullptr,
                          void* par3 = nullptr);
+
+// GetNavigatorSetNumID: Int32*, the count of publisher sets. GetNavigatorSetID: API_NavigatorSet* with its
+// mapId set, Int32* index from 0. GetNavigatorChildrenItemsID: API_NavigatorItem* with the parent's guid and
+// mapId, null, GS::Array<API_NavigatorItem>*. Only for the map of publisher sets.
+GSErrCode ACAPI_Navigator(API_NavigatorID code, void* par1 = nullptr, void* par2 = nullptr,
+                          void* par3 = nullptr, void* par4 = nullptr);
 
 // APIDb_GetCurrentWindowID: API_WindowInfo*. APIDb_GetElementInfoStringID: API_Guid*, GS::UniString*; BADID:
 // no such element.

@@ -8,6 +8,7 @@
 enum API_AutomateID : Int32 {
     APIDo_OpenID = hostkit::FourCharacters("OPEN"),
     APIDo_SaveID = hostkit::FourCharacters("SAVE"),
+    APIDo_PublishID = hostkit::FourCharacters("PUBL"),
     APIDo_ShowAllIn3DID = hostkit::FourCharacters("SA3D"),
     APIDo_ShowSelectionIn3DID = hostkit::FourCharacters("SS3D"),
     APIDo_ZoomID = hostkit::FourCharacters("ZOOM"),
@@ -29,6 +30,13 @@ struct API_FileSavePars {
     Int32 filler_1;
     IO::Location* file;
     Int32 filler_2[15];
+};
+
+// "guid": of the publisher set; "path": the folder that the files go into, the caller's.
+struct API_PublishPars {
+    API_Guid guid;
+    IO::Location* path;
+    Int32 filler_1;
 };
 
 // All zero besides "file": the file is opened without a library. Both locations stay the caller's.

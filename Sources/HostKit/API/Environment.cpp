@@ -131,6 +131,13 @@ GSErrCode ACAPI_Automate(API_AutomateID code, void* par1, void* par2, void* par3
                                                       return APIERR_REFUSEDCMD;
                                                   return session.GetHost().Open(pars);
                                               });
+        case APIDo_PublishID:
+            return CallWith<API_PublishPars>(
+                function, "APIDo_PublishID", par1, [par2](Session& session, const auto& pars) -> GSErrCode {
+                    if (pars.path == nullptr) return APIERR_BADPARS;
+                    if (session.GetRegistry().RefusesCompleteOperations()) return APIERR_REFUSEDCMD;
+                    return session.GetHost().Publish(pars, static_cast<const GS::Array<API_Guid>*>(par2));
+                });
         case APIDo_ShowAllIn3DID:
             return HostCall(function, "APIDo_ShowAllIn3DID",
                             [](Session& session) { return session.GetHost().ShowAllIn3D(); });

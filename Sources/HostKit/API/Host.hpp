@@ -20,6 +20,18 @@ class Host {
     // The format record belongs to the file type and may be null: API_SavePars_Ifc for APIFType_IfcFile.
     virtual GSErrCode Save(const API_FileSavePars&, const void* /* formatRecord */) { return APIERR_BADID; }
 
+    // Publisher sets count from 0. The record comes zeroed but for its map, the array empty. Items are the
+    // direct children of a set's root or of a folder, in display order; none for what has none.
+    virtual GSErrCode PublisherSetCount(Int32& /* count */) { return APIERR_BADID; }
+    virtual GSErrCode PublisherSet(Int32 /* index */, API_NavigatorSet&) { return APIERR_BADID; }
+    virtual GSErrCode PublisherItems(const API_Guid& /* parent */, GS::Array<API_NavigatorItem>&) {
+        return APIERR_BADID;
+    }
+    // Writes the files of these items, or of all of the set's (null), into the folder.
+    virtual GSErrCode Publish(const API_PublishPars&, const GS::Array<API_Guid>* /* items */) {
+        return APIERR_BADID;
+    }
+
     // Replaces the open project.
     virtual GSErrCode Open(const API_FileOpenPars&) { return APIERR_BADID; }
 

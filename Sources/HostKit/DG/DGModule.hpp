@@ -5,5 +5,8 @@
 #include "DGAlert.hpp"
 #include "DGBrowser.hpp"
 #include "DGBrowserJSHandler.hpp"
+#include "DGItem.hpp"
+#include "DGListBox.hpp"
+#include "DGModalDialog.hpp"
 #include "DGPalette.hpp"
 #include "DGPanel.hpp"

@@ -1,15 +1,25 @@
 #include "DGPanel.hpp"
 
+#include "DGItem.hpp"
+#include "DGModalDialog.hpp"
 #include "DGPalette.hpp"
+#include "HostKit/DG/DialogState.hpp"
 #include "HostKit/DG/PanelState.hpp"
 
+using hostkit::dg::DialogState;
+using hostkit::dg::PaletteState;
+
 namespace DG {
+
+void PanelObserver::PanelOpened(const PanelOpenEvent&) {}
+
+void PanelObserver::PanelClosed(const PanelCloseEvent&) {}
 
 void PanelObserver::PanelResized(const PanelResizeEvent&) {}
 
 void PanelObserver::PanelCloseRequested(const PanelCloseRequestEvent&, bool*) {}
 
-Panel::Panel(GSResModule, GSResID dialog) : reference(hostkit::dg::PanelState::Make(dialog)) {}
+Panel::Panel(std::shared_ptr<hostkit::dg::PanelState> state) : reference(std::move(state)) {}
 
 // Items may still hold the state: the peer goes now, and with it every event.
 Panel::~Panel() {
@@ -24,24 +34,32 @@ void Panel::Detach(PanelObserver& observer) {
     std::erase(reference.Panel()->observers, &observer);
 }
 
+void Panel::AttachToAllItems(CompoundItemObserver& observer) {
+    reference.Panel()->itemObservers.push_back(&observer);
+}
+
+void Panel::DetachFromAllItems(CompoundItemObserver& observer) {
+    std::erase(reference.Panel()->itemObservers, &observer);
+}
+
 void Panel::EnableItems() {
-    if (auto* peer = reference.Panel()->Peer()) peer->SetItemsEnabled(true);
+    if (auto* peer = reference.Panel()->Palette()) peer->SetItemsEnabled(true);
 }
 
 void Panel::DisableItems() {
-    if (auto* peer = reference.Panel()->Peer()) peer->SetItemsEnabled(false);
+    if (auto* peer = reference.Panel()->Palette()) peer->SetItemsEnabled(false);
 }
 
 void ModelessBase::Show() {
-    if (auto* peer = GetReference().Panel()->Peer()) peer->Show();
+    if (auto* peer = GetReference().Panel()->Palette()) peer->Show();
 }
 
 void ModelessBase::Hide() {
-    if (auto* peer = GetReference().Panel()->Peer()) peer->Hide();
+    if (auto* peer = GetReference().Panel()->Palette()) peer->Hide();
 }
 
 bool ModelessBase::IsVisible() const {
-    const auto* peer = GetReference().Panel()->Peer();
+    const auto* peer = GetReference().Panel()->Palette();
     return peer != nullptr && peer->IsVisible();
 }
 
@@ -53,7 +71,19 @@ void ModelessBase::EndEventProcessing() {
     GetReference().Panel()->processesEvents = false;
 }
 
-Palette::Palette(GSResModule dialogModule, GSResID dialog, GSResModule, const GS::Guid&)
-    : ModelessBase(dialogModule, dialog) {}
+Palette::Palette(GSResModule, GSResID dialog, GSResModule, const GS::Guid&)
+    : ModelessBase(PaletteState::Make(dialog)) {}
+
+ModalDialog::ModalDialog(GSResModule, GSResID dialog, GSResModule) : ModalDialog(DialogState::Make(dialog)) {}
+
+ModalDialog::ModalDialog(const std::shared_ptr<DialogState>& state) : Panel(state), state(state) {}
+
+bool ModalDialog::Invoke() {
+    return state->Run();
+}
+
+void ModalDialog::PostCloseRequest(CloseRequest request) {
+    state->UserRequestedClose(request == Accept);
+}
 
 }  // namespace DG

@@ -35,17 +35,37 @@ class PanelResizeEvent {
     short verticalChange;
 };
 
-class PanelCloseRequestEvent {};
+class PanelOpenEvent {};
+
+class PanelCloseEvent {};
+
+// How the panel is to be left: accepting (Enter, a button such as OK) or cancelling (Esc, the close box).
+class PanelCloseRequestEvent {
+  public:
+    explicit PanelCloseRequestEvent(bool accepting) : accepting(accepting) {}
+
+    bool IsAccepted() const { return accepting; }
+    bool IsCancelled() const { return !accepting; }
+
+  private:
+    bool accepting;
+};
 
 class PanelObserver {
   public:
     virtual ~PanelObserver() = default;
+
+    // Just after a modal dialog begins and just after it ends.
+    virtual void PanelOpened(const PanelOpenEvent& event);
+    virtual void PanelClosed(const PanelCloseEvent& event);
 
     virtual void PanelResized(const PanelResizeEvent& event);
 
     // "accepted" starts true; false keeps the panel open.
     virtual void PanelCloseRequested(const PanelCloseRequestEvent& event, bool* accepted);
 };
+
+class CompoundItemObserver;
 
 // A dialog's face: built from the dialog resource, with events for the observers. Main thread only. A panel
 // without a resource, or one whose host session has ended, answers but shows nothing.
@@ -60,6 +80,10 @@ class Panel {
     void Attach(PanelObserver& observer);
     void Detach(PanelObserver& observer);
 
+    // The observer hears of the events of all items, so far as it observes their kind too.
+    void AttachToAllItems(CompoundItemObserver& observer);
+    void DetachFromAllItems(CompoundItemObserver& observer);
+
     void EnableItems();
     void DisableItems();
 
@@ -68,7 +92,7 @@ class Panel {
     void EndMoveResizeItems() {}
 
   protected:
-    Panel(GSResModule module, GSResID dialog);
+    explicit Panel(std::shared_ptr<hostkit::dg::PanelState> state);
 
   private:
     Reference reference;

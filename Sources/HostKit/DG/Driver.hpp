@@ -58,9 +58,41 @@ class PalettePeer {
     virtual std::unique_ptr<BrowserPeer> CreateBrowser(short item) = 0;
 };
 
+// What a person does in a modal dialog.
+class DialogEvents {
+  public:
+    virtual ~DialogEvents() = default;
+
+    // A button, by its item's number in the dialog resource.
+    virtual void UserClicked(short item) = 0;
+    // By key or by the window's close box: accepting (Enter) or cancelling (Esc).
+    virtual void UserRequestedClose(bool accepting) = 0;
+};
+
+// A modal dialog made from its resource; items by their number there. Columns and rows of lists count from 1.
+class DialogPeer {
+  public:
+    virtual ~DialogPeer() = default;
+
+    // Shows it and waits for End; its answer.
+    virtual bool Run() = 0;
+    virtual void End(bool accepted) = 0;
+
+    virtual void SetText(short item, const GS::UniString& text) = 0;
+    virtual GS::UniString Text(short item) const = 0;
+
+    virtual short ListWidth(short item) const = 0;  // pixels
+    virtual void SetListHeader(short item, short column, const GS::UniString& text, short width) = 0;
+    virtual void AppendListRow(short item) = 0;
+    virtual void SetListCell(short item, short row, short column, const GS::UniString& text) = 0;
+};
+
 class Driver {
   public:
     virtual ~Driver() = default;
+
+    // Null when there is nobody to show it to: the dialog counts as cancelled.
+    virtual std::unique_ptr<DialogPeer> CreateDialog(const DialogResource&, DialogEvents&) { return nullptr; }
 
     // Waits for the answer: the number of the button, from 1.
     virtual short Alert(const AlertTexts& texts) = 0;

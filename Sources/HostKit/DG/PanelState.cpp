@@ -2,8 +2,8 @@
 
 namespace hostkit::dg {
 
-std::shared_ptr<PanelState> PanelState::Make(GSResID dialog) {
-    auto state = std::make_shared<PanelState>();
+std::shared_ptr<PaletteState> PaletteState::Make(GSResID dialog) {
+    auto state = std::make_shared<PaletteState>();
     const SessionAccess session;
     if (!session) return state;
     if (const DialogResource* resource = session->GetResources().Dialog(dialog)) {
@@ -13,21 +13,25 @@ std::shared_ptr<PanelState> PanelState::Make(GSResID dialog) {
     return state;
 }
 
-// A copy: observers may come and go while they are told.
 std::vector<DG::PanelObserver*> PanelState::Listeners() const {
     return processesEvents ? observers : std::vector<DG::PanelObserver*>();
 }
 
-void PanelState::UserResized(short horizontalChange, short verticalChange) {
+bool PanelState::AsksToClose(bool accepting) const {
+    bool accepted = true;
+    for (DG::PanelObserver* observer : Listeners())
+        observer->PanelCloseRequested(DG::PanelCloseRequestEvent(accepting), &accepted);
+    return accepted;
+}
+
+void PaletteState::UserResized(short horizontalChange, short verticalChange) {
     const DG::PanelResizeEvent event(horizontalChange, verticalChange);
     for (DG::PanelObserver* observer : Listeners())
         observer->PanelResized(event);
 }
 
-bool PanelState::UserRequestedClose() {
-    bool accepted = true;
-    for (DG::PanelObserver* observer : Listeners())
-        observer->PanelCloseRequested({}, &accepted);
+bool PaletteState::UserRequestedClose() {
+    const bool accepted = AsksToClose(false);
     if (accepted && peer != nullptr && peer->IsVisible()) peer->Hide();
     return accepted;
 }
@@ -35,8 +39,8 @@ bool PanelState::UserRequestedClose() {
 std::shared_ptr<BrowserState> BrowserState::Make(PanelState& panel, short item) {
     auto state = std::make_shared<BrowserState>();
     const SessionAccess session;
-    if (!session || panel.Peer() == nullptr) return state;
-    state->peer = panel.Peer()->CreateBrowser(item);
+    if (!session || panel.Palette() == nullptr) return state;
+    state->peer = panel.Palette()->CreateBrowser(item);
     session->Add(state);
     return state;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -7,27 +8,44 @@
 #include "DGPanel.hpp"
 #include "HostKit/API/Session.hpp"
 
+namespace DG {
+class Item;
+}
+
 namespace hostkit::dg {
 
 // The inside of a DG::Panel, which the items on it share. Main thread only.
-class PanelState : public PaletteEvents, public SessionPart {
+class PanelState : public SessionPart {
   public:
-    // The peer for a dialog resource; none without a session or a resource.
-    static std::shared_ptr<PanelState> Make(GSResID dialog);
-
-    // Null when nothing shows the panel (any more).
-    PalettePeer* Peer() const { return peer.get(); }
+    // What shows the panel, as the kind that it is; null when nothing does (any more).
+    virtual PalettePeer* Palette() const { return nullptr; }
+    virtual DialogPeer* Dialog() const { return nullptr; }
 
     std::vector<DG::PanelObserver*> observers;
+    std::vector<DG::CompoundItemObserver*> itemObservers;
+    std::map<short, DG::Item*> items;  // by their numbers
     bool processesEvents = false;
+
+  protected:
+    // Observers may come and go while they are told; none while events are not processed.
+    std::vector<DG::PanelObserver*> Listeners() const;
+
+    // True when no observer objects.
+    bool AsksToClose(bool accepting) const;
+};
+
+class PaletteState : public PanelState, public PaletteEvents {
+  public:
+    // The peer for a dialog resource; none without a session or a resource.
+    static std::shared_ptr<PaletteState> Make(GSResID dialog);
+
+    PalettePeer* Palette() const override { return peer.get(); }
 
     void UserResized(short horizontalChange, short verticalChange) override;
     bool UserRequestedClose() override;
     void SessionEnds() override { peer.reset(); }
 
   private:
-    std::vector<DG::PanelObserver*> Listeners() const;
-
     std::unique_ptr<PalettePeer> peer;
 };
 

@@ -19,6 +19,8 @@ class RecordingDriver::Record {
 
     std::deque<short> answers;
     std::vector<AlertTexts> alerts;
+    std::deque<std::optional<short>> dialogAnswers;
+    std::vector<ShownDialog> dialogs;
     std::vector<std::string> calls;
     std::vector<Script> scripts;
     std::map<std::string, std::size_t> scriptsUsedUp;
@@ -136,6 +138,73 @@ class RecordingDriver::Palette : public PalettePeer {
     PaletteEvents& events;
 };
 
+// Main thread only, but for what it leaves in the record.
+class RecordingDriver::Dialog : public DialogPeer {
+  public:
+    Dialog(std::shared_ptr<Record> record, const DialogResource& resource, DialogEvents& events)
+        : record(std::move(record)), resource(resource), events(events) {
+        shown.id = resource.id;
+        shown.title = ToUtf8(resource.title);
+        for (std::size_t i = 0; i < resource.items.size(); ++i)
+            shown.texts[static_cast<short>(i + 1)] = ToUtf8(resource.items[i].text);
+    }
+
+    bool Run() override {
+        std::optional<short> answer = 1;
+        {
+            const std::lock_guard lock(record->mutex);
+            if (!record->dialogAnswers.empty()) {
+                answer = record->dialogAnswers.front();
+                record->dialogAnswers.pop_front();
+            }
+        }
+        ended = false;
+        if (answer) events.UserClicked(*answer);
+        if (!ended) events.UserRequestedClose(false);
+        const std::lock_guard lock(record->mutex);
+        record->dialogs.push_back(shown);
+        return shown.accepted;
+    }
+
+    void End(bool accepted) override {
+        ended = true;
+        shown.accepted = accepted;
+    }
+
+    void SetText(short item, const GS::UniString& text) override { shown.texts[item] = ToUtf8(text); }
+    GS::UniString Text(short item) const override {
+        const auto found = shown.texts.find(item);
+        return found == shown.texts.end() ? GS::EmptyUniString : ToUniString(found->second);
+    }
+
+    short ListWidth(short item) const override {
+        return resource.items.at(static_cast<std::size_t>(item - 1)).rect.width;
+    }
+
+    void SetListHeader(short item, short column, const GS::UniString& text, short) override {
+        Put(shown.lists[item].header, column, text);
+    }
+
+    void AppendListRow(short item) override { shown.lists[item].rows.emplace_back(); }
+
+    void SetListCell(short item, short row, short column, const GS::UniString& text) override {
+        Put(shown.lists[item].rows.at(static_cast<std::size_t>(row - 1)), column, text);
+    }
+
+  private:
+    static void Put(std::vector<std::string>& cells, short column, const GS::UniString& text) {
+        const auto index = static_cast<std::size_t>(column - 1);
+        if (cells.size() <= index) cells.resize(index + 1);
+        cells[index] = ToUtf8(text);
+    }
+
+    std::shared_ptr<Record> record;
+    DialogResource resource;
+    DialogEvents& events;
+    ShownDialog shown;
+    bool ended = false;
+};
+
 RecordingDriver::RecordingDriver() : record(std::make_shared<Record>()) {}
 
 RecordingDriver::~RecordingDriver() = default;
@@ -156,6 +225,20 @@ std::unique_ptr<PalettePeer> RecordingDriver::CreatePalette(const DialogResource
     record->visible = false;
     record->enabled = true;
     return std::make_unique<Palette>(record, resource, events);
+}
+
+std::unique_ptr<DialogPeer> RecordingDriver::CreateDialog(const DialogResource& resource,
+                                                          DialogEvents& events) {
+    return std::make_unique<Dialog>(record, resource, events);
+}
+
+void RecordingDriver::QueueDialogAnswer(std::optional<short> item) {
+    const std::lock_guard lock(record->mutex);
+    record->dialogAnswers.push_back(item);
+}
+
+std::vector<RecordingDriver::ShownDialog> RecordingDriver::Dialogs() const {
+    return record->Get([](const Record& read) { return read.dialogs; });
 }
 
 void RecordingDriver::QueueAlertAnswer(short button) {

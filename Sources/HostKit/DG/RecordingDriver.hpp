@@ -1,7 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,12 +21,35 @@ class RecordingDriver : public Driver {
         std::thread::id thread;
     };
 
+    // What a modal dialog showed, by the numbers of its items.
+    struct ShownDialog {
+        struct List {
+            std::vector<std::string> header;
+            std::vector<std::vector<std::string>> rows;
+        };
+
+        GSResID id = 0;
+        std::string title;
+        std::map<short, std::string> texts;
+        std::map<short, List> lists;
+        bool accepted = false;
+    };
+
     RecordingDriver();
     ~RecordingDriver() override;
 
     short Alert(const AlertTexts& texts) override;
     std::unique_ptr<PalettePeer> CreatePalette(const DialogResource& resource,
                                                PaletteEvents& events) override;
+
+    std::unique_ptr<DialogPeer> CreateDialog(const DialogResource& resource, DialogEvents& events) override;
+
+    // The item that is clicked in the next dialog, or nothing: it is cancelled. Answers are used in order;
+    // without one a dialog gets a click on its item 1. One that stays open then is cancelled.
+    void QueueDialogAnswer(std::optional<short> item);
+
+    // Those that were closed, in that order.
+    std::vector<ShownDialog> Dialogs() const;
 
     // Answers are used in order; without one an alert gets its first button.
     void QueueAlertAnswer(short button);
@@ -65,6 +90,7 @@ class RecordingDriver : public Driver {
     class Record;
     class Palette;
     class Browser;
+    class Dialog;
 
     std::shared_ptr<Record> record;
 };

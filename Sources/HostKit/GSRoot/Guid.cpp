@@ -49,8 +49,22 @@ Guid::Guid(const UniString& text) {
 }
 
 UniString Guid::ToUniString() const {
-    return UniString::Printf("%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X", timeLow, timeMid, timeHigh,
-                             node[0], node[1], node[2], node[3], node[4], node[5], node[6], node[7]);
+    uchar_t text[36];
+    uchar_t* end = text;
+    const auto append = [&](std::size_t number, int digits) {
+        while (digits-- > 0)
+            *end++ = u"0123456789ABCDEF"[number >> 4 * digits & 0xF];
+    };
+    append(timeLow, 8);
+    for (const UInt16 group : {timeMid, timeHigh}) {
+        *end++ = u'-';
+        append(group, 4);
+    }
+    for (int i = 0; i < 8; ++i) {
+        if (i == 0 || i == 2) *end++ = u'-';
+        append(node[i], 2);
+    }
+    return UniString(text, 36);
 }
 
 }  // namespace GS

@@ -49,6 +49,12 @@ void Application::Tell(const std::function<void(ApplicationObserver&)>& call) {
         call(*observer);
 }
 
+bool Application::TellWorking(const std::string& what, double fraction) {
+    bool goOn = true;
+    Tell([&](ApplicationObserver& observer) { goOn = observer.Working(what, fraction) && goOn; });
+    return goOn;
+}
+
 /// A long piece of work in the main thread, which observers watch and may stop; they see its end, too.
 class Application::Work {
   public:
@@ -62,12 +68,7 @@ class Application::Work {
     }
 
   private:
-    bool Report(double fraction) {
-        bool goOn = true;
-        application.Tell(
-            [&](ApplicationObserver& observer) { goOn = observer.Working(what, fraction) && goOn; });
-        return goOn;
-    }
+    bool Report(double fraction) { return application.TellWorking(what, fraction); }
 
     Application& application;
     std::string what;
@@ -99,12 +100,18 @@ Application::OpenOutcome Application::Open(const std::filesystem::path& file, Wh
                       "Das Modell ist beschädigt; geöffnet wurde, was lesbar ist."),
                   Describe(problems.front(), settings.language));
     }
+    if (!publisher.FileProblem().empty()) {
+        ShowAlert(say("The file with the publisher sets was not used; these are the usual ones.",
+                      "Die Datei mit den Publisher-Sets wurde nicht verwendet; dies sind die üblichen."),
+                  publisher.FileProblem());
+    }
     return OpenOutcome::opened;
 }
 
 void Application::Replace(std::shared_ptr<const Project> opened, Who who) {
     const bool selectionGoes = !Selection().empty() || (changed & selectionChange) != 0;
     project = std::move(opened);
+    publisher = PublisherSets(*project, say);
     generation = std::make_shared<int>();
     history.Reset(project);
     historyMoved = false;

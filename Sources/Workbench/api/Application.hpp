@@ -19,6 +19,7 @@
 #include "Workbench/api/WorkbenchHost.hpp"
 #include "Workbench/exchange/Exchange.hpp"
 #include "Workbench/mesher/MesherProcess.hpp"
+#include "Workbench/navigator/PublisherSets.hpp"
 #include "Workbench/view/View3D.hpp"
 
 namespace workbench {
@@ -103,6 +104,12 @@ class Application {
     SaveResult Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements);
 
     const Project& OpenProject() const { return *project; }
+    /// What it offers for publishing, until it is replaced or edited.
+    const PublisherSets& Publisher() const { return publisher; }
+    /// Tells the person, and waits.
+    void ShowAlert(const std::string& large, const std::string& small);
+    /// Tells observers of long work in the main thread; 1 is its end. False when one of them stops it.
+    bool TellWorking(const std::string& what, double fraction);
 
     /// The steps that can be undone and redone.
     const EditHistory& History() const { return history; }
@@ -199,7 +206,6 @@ class Application {
     void TellChanges();
     void UpdateView();
     void FinishShaping(const MeshOutcome& outcome);
-    void ShowAlert(const std::string& large, const std::string& small);
 
     Settings settings;
     Say say;
@@ -207,6 +213,7 @@ class Application {
     hostkit::dg::Driver& driver;
     std::vector<ApplicationObserver*> observers;
     std::shared_ptr<const Project> project;
+    PublisherSets publisher;
     ElementStates states;
     ModelWindow window3D;
     FrontWindow front;

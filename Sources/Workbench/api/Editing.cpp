@@ -46,6 +46,7 @@ void Application::HistoryMoved() {
 
 void Application::Replace(std::shared_ptr<const Project> edited) {
     const std::shared_ptr<const Project> before = std::exchange(project, std::move(edited));
+    publisher = PublisherSets(*project, say);
     const std::size_t selectedBefore = Selection().size();
     view->Remove(states.MoveTo(*project));
     if (front.storey < before->Storeys().size()) {

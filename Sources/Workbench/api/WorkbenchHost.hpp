@@ -18,6 +18,11 @@ class WorkbenchHost : public hostkit::Host {
     GSErrCode ProjectInfo(API_ProjectInfo& info) override;
     GSErrCode SpecialFolder(API_SpecFolderID id, IO::Location& location) override;
 
+    GSErrCode PublisherSetCount(Int32& count) override;
+    GSErrCode PublisherSet(Int32 index, API_NavigatorSet& set) override;
+    GSErrCode PublisherItems(const API_Guid& parent, GS::Array<API_NavigatorItem>& items) override;
+    GSErrCode Publish(const API_PublishPars& pars, const GS::Array<API_Guid>* items) override;
+
     GSErrCode Open(const API_FileOpenPars& pars) override;
     GSErrCode Save(const API_FileSavePars& pars, const void* formatRecord) override;
     void BeginUndoable(const GS::UniString& name) override;

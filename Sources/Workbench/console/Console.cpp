@@ -65,6 +65,18 @@ nlohmann::ordered_json PlanesOf(const ModelWindow& window) {
     return planes;
 }
 
+// Names as a tree; what is no folder is a mere name.
+nlohmann::ordered_json ItemsOf(const std::vector<PublisherItem>& items) {
+    nlohmann::ordered_json tree = nlohmann::ordered_json::array();
+    for (const PublisherItem& item : items) {
+        if (item.kind == PublisherItem::Kind::folder)
+            tree.push_back({{"name", item.name}, {"items", ItemsOf(item.children)}});
+        else
+            tree.push_back(item.name);
+    }
+    return tree;
+}
+
 // The library's own words without its error code in brackets: "key 'file' not found".
 std::string WordsOf(const nlohmann::ordered_json::exception& exception) {
     const std::string text = exception.what();
@@ -147,15 +159,25 @@ void Console::Run() {
 
 Console::Json Console::Do(const std::string& line) {
     static const std::map<std::string, Command> commands{
-        {"open", &Console::Open},       {"save", &Console::Save},
-        {"undo", &Console::Undo},       {"redo", &Console::Redo},
-        {"select", &Console::Select},   {"show", &Console::Show},
-        {"window", &Console::Window},   {"projection", &Console::Projection},
-        {"cut", &Console::Cut},         {"survey", &Console::Survey},
-        {"answer", &Console::Answer},   {"menu", &Console::Menu},
-        {"palette", &Console::Palette}, {"eval", &Console::Eval},
-        {"fault", &Console::Fault},     {"picture", &Console::Picture},
-        {"state", &Console::State},     {"quit", &Console::Quit},
+        {"open", &Console::Open},
+        {"save", &Console::Save},
+        {"undo", &Console::Undo},
+        {"redo", &Console::Redo},
+        {"select", &Console::Select},
+        {"show", &Console::Show},
+        {"window", &Console::Window},
+        {"projection", &Console::Projection},
+        {"cut", &Console::Cut},
+        {"survey", &Console::Survey},
+        {"answer", &Console::Answer},
+        {"menu", &Console::Menu},
+        {"palette", &Console::Palette},
+        {"eval", &Console::Eval},
+        {"fault", &Console::Fault},
+        {"picture", &Console::Picture},
+        {"publisher", &Console::Publisher},
+        {"state", &Console::State},
+        {"quit", &Console::Quit},
     };
     try {
         const Json command = Json::parse(line);
@@ -288,10 +310,21 @@ Console::Json Console::Survey(const Json& command) {
 }
 
 Console::Json Console::Answer(const Json& command) {
-    if (command.at("to") != "alert") throw AutomationError("there are no dialogs of this kind");
+    const std::string kind = command.at("to").get<std::string>();
     const Json& value = command.at("value");
+    if (kind != "alert") {
+        dialogAnswers.Add(kind, value);
+        return Json::object();
+    }
     alertAnswers.push_back(value.is_null() ? short{0} : value.get<short>());
     return Json::object();
+}
+
+Console::Json Console::Publisher(const Json&) {
+    Json sets = Json::array();
+    for (const PublisherSet& set : application.Publisher().All())
+        sets.push_back({{"name", set.name}, {"items", ItemsOf(set.items)}});
+    return {{"sets", std::move(sets)}};
 }
 
 Console::Json Console::Menu(const Json&) {
@@ -387,6 +420,15 @@ std::optional<short> Console::OnAlert(const hostkit::dg::AlertTexts& texts) {
     const short answer = alertAnswers.front();
     alertAnswers.pop_front();
     return answer == 0 ? static_cast<short>(buttons.size()) : answer;
+}
+
+std::optional<DialogAnswer> Console::OnDialog(const ShownDialog& dialog) {
+    const std::string kind = DialogAnswers::KindOf(dialog);
+    Json texts = Json::array();
+    for (const QString& text : dialog.texts)
+        texts.push_back(text.toStdString());
+    Write({{"event", "dialog"}, {"kind", kind}, {"texts", texts}});
+    return dialogAnswers.Take(kind);
 }
 
 }  // namespace workbench

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Workbench/console/Automation.hpp"
+#include "Workbench/console/DialogAnswers.hpp"
 
 namespace workbench {
 
@@ -28,6 +29,8 @@ class Console : public QObject, public ApplicationObserver {
 
     /// An alert is about to be shown: reports it, and answers from the queue.
     std::optional<short> OnAlert(const hostkit::dg::AlertTexts& texts);
+    /// The same for a modal dialog.
+    std::optional<DialogAnswer> OnDialog(const ShownDialog& dialog);
 
     void ProjectReady(const MeshOutcome& outcome) override;
     void ProjectOpened() override;
@@ -55,6 +58,7 @@ class Console : public QObject, public ApplicationObserver {
     Json Cut(const Json& command);
     Json Survey(const Json& command);
     Json Answer(const Json& command);
+    Json Publisher(const Json& command);
     Json Menu(const Json& command);
     Json Palette(const Json& command);
     Json Eval(const Json& command);
@@ -73,6 +77,7 @@ class Console : public QObject, public ApplicationObserver {
     std::string input;
     std::deque<std::string> lines;
     std::deque<short> alertAnswers;  // 0: the last button
+    DialogAnswers dialogAnswers;
     bool running = false;
     bool ended = false;
 };

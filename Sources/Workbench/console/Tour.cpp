@@ -63,7 +63,7 @@ bool Tour::Run(const std::filesystem::path& model) {
            Step("Open the palette", [&] { return OpenPalette(); }) &&
            Step("Sign in", [&] { return SignIn(); }) &&
            Step("Upload the model", [&] { return UploadModel(); }) &&
-           Step("Compare what is stored", [&] { return CompareStored(); }) &&
+           Step("Compare what is stored", [&] { return CompareStored(); }) && PublishSet() &&
            Step("Merge with a copy", [&] { return MergeWithCopy(); }) &&
            Step("Undo the merge", [&] { return UndoMerge(); }) && ReturnToViewpoints() &&
            Step("Take pictures", [&] { return TakePictures(); });
@@ -143,6 +143,43 @@ std::string Tour::CompareStored() {
     std::filesystem::copy_file(exported, folder / exported.filename(),
                                std::filesystem::copy_options::overwrite_existing);
     return "byte for byte the export, SHA-256 " + sent.substr(0, 16) + "...";
+}
+
+// All of the set that the page shows, then what became of each item.
+bool Tour::PublishSet() {
+    if (!Step("Publish a set", [this] { return PublishTicked(); })) return false;
+    const Json items = Json::parse(automation.Evaluate(
+        "(async () => { const ids = JSON.parse(await KESTAPI.CompleteExportPublish());"
+        "return [...document.querySelectorAll('[data-publish-key]')].map(row => ["
+        "    row.querySelector('.name').textContent, ids[row.dataset.publishKey] ?? '',"
+        "    [...row.querySelectorAll(':scope > p')].map(line => line.textContent).join(' ').trim()]); })()"));
+    bool succeeded = true;
+    for (const Json& item : items) {
+        const std::string document = item.at(1), said = item.at(2);
+        const auto outcome = [&] {
+            if (document.empty()) throw AutomationError(said);
+            return "document " + document + ", " + said;
+        };
+        succeeded = Step("- " + item.at(0).get<std::string>(), outcome) && succeeded;
+    }
+    return succeeded;
+}
+
+std::string Tour::PublishTicked() {
+    automation.Evaluate("document.querySelector('#tab-publish').click()");
+    automation.WaitForPage("document.querySelector('#publish-tree input:enabled')", 10s);
+    automation.Evaluate(
+        "document.querySelectorAll('#publish-tree > li > div input')"
+        ".forEach(box => box.checked || box.click())");
+    automation.WaitForPage("!document.querySelector('#publish-all').disabled", 10s);
+    automation.Evaluate("document.querySelector('#publish-all').click()");
+    automation.WaitForPage(
+        "['done', 'failed'].includes(document.querySelector('#publish-status').dataset.state)", 10min);
+    automation.SavePicture("window", folder / "publish.png");
+    return Json::parse(automation.Evaluate("[document.querySelector('#publish-set').selectedOptions[0],"
+                                           " document.querySelector('#publish-status')]"
+                                           ".map(shown => shown.textContent.trim()).join(': ')"))
+        .get<std::string>();
 }
 
 std::string Tour::MergeWithCopy() {

@@ -26,6 +26,8 @@ class Tour {
     std::string UploadModel();
     std::string Upload(const std::string& name);
     std::string CompareStored();
+    bool PublishSet();
+    std::string PublishTicked();
     std::string MergeWithCopy();
     std::string UndoMerge();
     bool ReturnToViewpoints();

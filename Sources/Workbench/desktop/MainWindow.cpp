@@ -13,6 +13,7 @@
 #include "Workbench/desktop/CutPanel.hpp"
 #include "Workbench/desktop/EditMenu.hpp"
 #include "Workbench/desktop/ElementDock.hpp"
+#include "Workbench/desktop/NavigatorDock.hpp"
 #include "Workbench/desktop/ScriptValues.hpp"
 #include "Workbench/desktop/ViewMenu.hpp"
 
@@ -48,6 +49,7 @@ MainWindow::MainWindow(Application& application, MainQueue& queue)
     auto* elements = new ElementDock(application);
     addDockWidget(Qt::LeftDockWidgetArea, elements);
     resizeDocks({elements}, {320}, Qt::Horizontal);
+    AddNavigator(*elements);
     addDockWidget(Qt::BottomDockWidgetArea, new CutPanel(application));
     MakeMenus();
     MakeStatusBar();
@@ -58,6 +60,18 @@ MainWindow::MainWindow(Application& application, MainQueue& queue)
 
 MainWindow::~MainWindow() {
     application.Unwatch(*this);
+}
+
+void MainWindow::AddNavigator(QDockWidget& elements) {
+    setTabPosition(Qt::LeftDockWidgetArea, QTabWidget::North);
+    auto* navigator = new NavigatorDock(application);
+    addDockWidget(Qt::LeftDockWidgetArea, navigator);
+    tabifyDockWidget(&elements, navigator);
+    for (QDockWidget* dock : {&elements, static_cast<QDockWidget*>(navigator)})
+        dock->setTitleBarWidget(new QWidget(dock));  // the tab says it already
+    elements.raise();
+    connect(navigator, &NavigatorDock::published, this,
+            [this](const QString& summary) { statusBar()->showMessage(summary, 8000); });
 }
 
 void MainWindow::MakeMenus() {

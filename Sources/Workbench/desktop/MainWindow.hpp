@@ -47,6 +47,7 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     void closeEvent(QCloseEvent* event) override;
 
   private:
+    void AddNavigator(QDockWidget& elements);
     void MakeMenus();
     void MakeStatusBar();
     void NoteRecent();

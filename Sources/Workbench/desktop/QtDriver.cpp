@@ -81,6 +81,11 @@ std::unique_ptr<hostkit::dg::PalettePeer> QtDriver::CreatePalette(const hostkit:
     return std::make_unique<QtPalette>(*this, resource, events);
 }
 
+std::unique_ptr<hostkit::dg::DialogPeer> QtDriver::CreateDialog(const hostkit::DialogResource& resource,
+                                                                hostkit::dg::DialogEvents& events) {
+    return std::make_unique<QtDialog>(resource, events, window, onDialog);
+}
+
 short QtDriver::Alert(const hostkit::dg::AlertTexts& texts) {
     if (onAlert) {
         if (const std::optional<short> answer = onAlert(texts)) return *answer;

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "HostKit/DG/Driver.hpp"
+#include "Workbench/desktop/QtDialog.hpp"
 #include "Workbench/desktop/WebBrowser.hpp"
 
 class QMainWindow;
@@ -45,6 +46,8 @@ class QtDriver : public hostkit::dg::Driver {
     /// Palettes dock here. To be set before the add-on is loaded.
     void SetWindow(QMainWindow* newWindow) { window = newWindow; }
     void SetOnAlert(OnAlert function) { onAlert = std::move(function); }
+    /// The same for modal dialogs.
+    void SetOnDialog(QtDialog::OnDialog function) { onDialog = std::move(function); }
     BrowserOptions& Browsers() { return browserOptions; }
 
     /// The palette's dock and its browser; null before the add-on has made them.
@@ -52,6 +55,8 @@ class QtDriver : public hostkit::dg::Driver {
     WebBrowser* Browser() const { return browser; }
 
     short Alert(const hostkit::dg::AlertTexts& texts) override;
+    std::unique_ptr<hostkit::dg::DialogPeer> CreateDialog(const hostkit::DialogResource& resource,
+                                                          hostkit::dg::DialogEvents& events) override;
     std::unique_ptr<hostkit::dg::PalettePeer> CreatePalette(const hostkit::DialogResource& resource,
                                                             hostkit::dg::PaletteEvents& events) override;
 
@@ -61,6 +66,7 @@ class QtDriver : public hostkit::dg::Driver {
     MainQueue& queue;
     QMainWindow* window = nullptr;
     OnAlert onAlert;
+    QtDialog::OnDialog onDialog;
     BrowserOptions browserOptions;
     QPointer<PaletteDock> dock;
     WebBrowser* browser = nullptr;

@@ -10,9 +10,8 @@ namespace {
 
 constexpr double lightened = 0.4;   // share of white in a fill
 constexpr double shaded = 0.89;     // of a fill, so that what is white stands out from the paper
-constexpr double lineShare = 0.15;  // of an element's thickness: the width of its lines, between these two
-constexpr double thinnest = 0.6;
-constexpr double thickest = 1.6;
+constexpr double lineShare = 0.15;  // of an element's thickness: the width of its lines
+constexpr double thickest = 2.7;    // hairlines
 constexpr double longestBar = 140;
 
 const QColor ink(40, 46, 54);
@@ -46,11 +45,11 @@ QPainterPath PathOf(const SectionPart& part) {
     return path;
 }
 
-QPen PenFor(const PlanElement& element, const QColor& colour, double perMetre) {
-    QPen pen(colour, std::clamp(lineShare * element.thickness * perMetre, thinnest, thickest));
+// In metres.
+QPen PenFor(const PlanElement& element, const QColor& colour, double hairline) {
+    QPen pen(colour, std::clamp(lineShare * element.thickness, hairline, thickest * hairline));
     pen.setCapStyle(Qt::FlatCap);
     pen.setJoinStyle(Qt::MiterJoin);
-    pen.setCosmetic(true);
     return pen;
 }
 
@@ -72,9 +71,10 @@ QString LengthText(double metres) {
 }  // namespace
 
 void PaintPlan(QPainter& painter, const PlanDrawing& drawing, const QTransform& toPicture,
-               const std::unordered_set<std::uint64_t>& selected) {
-    const double perMetre = std::hypot(toPicture.m11(), toPicture.m12());
-    const QRectF window = QRectF(painter.window()).adjusted(-thickest, -thickest, thickest, thickest);
+               const std::unordered_set<std::uint64_t>& selected, double hairline) {
+    const double inMetres = hairline / std::hypot(toPicture.m11(), toPicture.m12());
+    const double reach = thickest * hairline;
+    const QRectF window = QRectF(painter.window()).adjusted(-reach, -reach, reach, reach);
     const auto isOutside = [&](const PlanElement& element) {
         return !toPicture.mapRect(element.bounds).intersects(window);
     };
@@ -84,7 +84,7 @@ void PaintPlan(QPainter& painter, const PlanDrawing& drawing, const QTransform& 
     for (const PlanElement& element : drawing.elements) {
         if (isOutside(element)) continue;
         const bool isSelected = selected.contains(element.record);
-        painter.setPen(PenFor(element, ink, perMetre));
+        painter.setPen(PenFor(element, ink, inMetres));
         for (const SectionPart& part : element.parts) {
             painter.setBrush(isSelected ? SelectedFillOf(part.colour) : FillOf(part.colour));
             painter.drawPath(PathOf(part));
@@ -94,7 +94,7 @@ void PaintPlan(QPainter& painter, const PlanDrawing& drawing, const QTransform& 
     painter.setBrush(Qt::NoBrush);
     for (const PlanElement& element : drawing.elements) {
         if (!selected.contains(element.record) || isOutside(element)) continue;
-        painter.setPen(PenFor(element, selectedInk, perMetre));
+        painter.setPen(PenFor(element, selectedInk, inMetres));
         for (const SectionPart& part : element.parts)
             painter.drawPath(PathOf(part));
     }

@@ -168,6 +168,11 @@ std::size_t View3D::Count() const {
     return scene->Count();
 }
 
+std::vector<ElementMeshPtr> View3D::Elements() const {
+    SceneMark fromTheStart;
+    return scene->Changes(fromTheStart).added;
+}
+
 std::size_t View3D::VisibleCount() const {
     return scene->VisibleCount();
 }

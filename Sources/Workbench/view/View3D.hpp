@@ -53,6 +53,8 @@ class View3D {
 
     std::size_t Count() const;
     std::size_t VisibleCount() const;
+    // Everything that was added, visible or not.
+    std::vector<ElementMeshPtr> Elements() const;
     // The box around the visible elements, metres; empty without any.
     Box3 Bounds() const;
     std::optional<Box3> BoundsOf(std::uint64_t record) const;
