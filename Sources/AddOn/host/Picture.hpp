@@ -15,5 +15,5 @@ enum class PictureFormat { png, jpeg };
 /// The plan as a picture, without the selection's colours.
 GSErrCode SavePlanAsPicture(const IO::Location& location, PictureFormat format);
 
-/// The plan on one page of this size, in metres, at 1:1 and without margins.
+/// The plan on one page that holds these metres of the model, at a scale of the host's choice.
 GSErrCode SavePlanAsPdf(const IO::Location& location, double width, double height);

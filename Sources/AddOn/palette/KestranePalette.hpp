@@ -248,7 +248,7 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     // The documents are files named by the time. Each returns its path, or empty when the host could not.
     static GS::UniString CreateDwgFile();
     static GS::UniString CreatePictureFile(bool png);
-    /// At 1:1 on a page of the model's extent.
+    /// On one page that holds the model's extent.
     static GS::UniString CreatePdfFile();
 
     /// Sends the document made last to the service, under the person's name for it. The request is an object

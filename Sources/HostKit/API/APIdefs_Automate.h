@@ -103,7 +103,8 @@ struct API_SavePars_Picture {
     Int32 filler_2[8];
 };
 
-// Millimetres on paper; a size of 0 leaves it to the application.
+// Millimetres, of a plan those of the model: the application reduces it to a usual scale. A size of 0 leaves
+// it to the application.
 struct API_SavePars_Pdf {
     float leftMargin, topMargin, rightMargin, bottomMargin;
     float sizeX, sizeY;
