@@ -118,7 +118,7 @@ function row(document, service, isFresh) {
     return element(
         "li",
         { "data-document-id": id, class: isFresh ? "fresh" : null },
-        element("span", { class: "tile" }, icon("model")),
+        element("span", { class: "tile" }, icon(/\.ifc$/i.test(name) ? "model" : "plan")),
         element(
             "div",
             { class: "facts" },

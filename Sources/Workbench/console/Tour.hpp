@@ -26,6 +26,7 @@ class Tour {
     std::string UploadModel();
     std::string Upload(const std::string& name);
     std::string CompareStored();
+    bool UploadPlans();
     std::string MergeWithCopy();
     std::string UndoMerge();
     bool ReturnToViewpoints();
