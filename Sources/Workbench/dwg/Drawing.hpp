@@ -57,10 +57,10 @@ struct Text {
 /// A flat drawing in metres. Fills lie under everything else.
 struct Drawing {
     std::vector<Layer> layers;
-    std::vector<Polyline> polylines;
-    std::vector<Fill> fills;
-    std::vector<Line> lines;
-    std::vector<Text> texts;
+    std::vector<Polyline> polylines = {};
+    std::vector<Fill> fills = {};
+    std::vector<Line> lines = {};
+    std::vector<Text> texts = {};
 };
 
 }  // namespace workbench::dwg

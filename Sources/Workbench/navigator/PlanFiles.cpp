@@ -25,7 +25,8 @@ PlanPage PageFor(const PlanDrawing& drawing, const PlanSheet& sheet) {
 
 void Save(const std::filesystem::path& file, const std::function<bool(QIODevice&)>& write) {
     QSaveFile out(QString::fromStdString(file.string()));
-    if (out.open(QIODevice::WriteOnly) && write(out) && out.commit()) return;
+    // flush: commit() does not notice when the last buffer could not be written.
+    if (out.open(QIODevice::WriteOnly) && write(out) && out.flush() && out.commit()) return;
     throw PlanFileError(Reason::unwritable, out.errorString().toStdString());
 }
 
