@@ -40,34 +40,22 @@ test("a plan is made, then sent once, and named by its format when the service o
     assert.deepEqual(checkFileName("a.ifc", "dwg"), { name: "a.ifc", problem: null });
 });
 
-test("what prevents a plan is told, and nothing is sent", async () => {
-    for (const [more, reason] of [
-        [{ host: { createPlan: async () => "" } }, /made no plan/],
-        [{ host: { createPlan: () => Promise.reject(new Error("Bad cast.")) } }, /Bad cast/],
-        [{ service: { session: () => Promise.reject(error(401)) } }, /status 401/],
+test("failures are told with what to do, and nothing is sent without a plan", async (t) => {
+    t.mock.timers.enable({ apis: ["setInterval"] });
+    for (const [more, sent, reason] of [
+        [{ host: { createPlan: async () => "" } }, 0, /made no plan/],
+        [{ host: { createPlan: () => Promise.reject(new Error("Bad cast.")) } }, 0, /Bad cast/],
+        [{ service: { session: () => Promise.reject(error(401)) } }, 0, /status 401/],
+        [{ service: { documents: () => Promise.reject(error(404)) } }, 2, /status 404/],
+        [{}, 2, /Choose another file name/],
     ]) {
         const { calls, kept, plan } = setUp(more);
         await plan.start(request);
+        if (sent) await plan.fail(); // the host gives no reason
         assert.equal(plan.status.get().state, "failed");
         assert.match(plan.status.get().message, reason);
-        assert.equal(calls.some((call) => call.token), false);
+        assert.equal(calls.length, sent);
         assert.equal(kept.get(), null);
-    }
-});
-
-test("a refusal without a reason is explained as far as the service can", async (t) => {
-    t.mock.timers.enable({ apis: ["setInterval"] });
-    for (const [asked, status, reason] of [
-        ["documents", 404, /status 404/],
-        ["session", 401, /sign-in had expired/],
-        ["session", 0, /status 0/],
-        ["none", 0, /Choose another file name/],
-    ]) {
-        const { service, plan } = setUp();
-        await plan.start(request);
-        service[asked] = () => Promise.reject(error(status));
-        await plan.fail();
-        assert.match(plan.status.get().message, reason);
     }
 });
 
