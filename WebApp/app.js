@@ -6,6 +6,7 @@ import { readHostInfo } from "./logic/host-info.js";
 import * as memory from "./memory.js";
 import { ModelWork } from "./models.js";
 import { Pictures } from "./pictures.js";
+import { PlanUpload } from "./plan-upload.js";
 import { PublishChoice } from "./publish-choice.js";
 import { Publishing } from "./publishing.js";
 import { Selection } from "./selection.js";
@@ -25,6 +26,7 @@ const place = new Value(null);
 const view = new Value(views.includes(memory.shownView.get()) ? memory.shownView.get() : views[0]);
 const modelChoices = new Map();
 const draft = new Value({ fileName: "", onlyVisible: false });
+const planDraft = new Value({ fileName: "", format: memory.planDraft.get()?.format });
 let screen = new AbortController();
 
 const host = await Host.find();
@@ -38,6 +40,9 @@ const exportHistory = new ExportHistory(host);
 const upload = new Upload(host, service, memory.pendingUpload, (projectId, { name }) =>
     exportHistory.add(projectId, true, [entry("model", name)]),
 );
+const planUpload = new PlanUpload(host, service, memory.pendingPlan, (projectId, { name }) =>
+    exportHistory.add(projectId, false, [entry("plan", name)]),
+);
 const publishChoice = new PublishChoice(host);
 const publishing = new Publishing(host, service, publishChoice, exportHistory, memory.pendingPublish);
 const modelWork = new ModelWork(host, service, memory.pendingModels, () => takeProjectName(true));
@@ -50,6 +55,10 @@ service.onSignInExpired = () => showSignIn(text("error.expired"));
 
 draft.watch((filled) => {
     if (project.get()) memory.draft.set({ project: project.get(), ...filled });
+});
+
+planDraft.watch((filled) => {
+    if (project.get()) memory.planDraft.set({ project: project.get(), ...filled });
 });
 
 view.watch((shown) => memory.shownView.set(shown));
@@ -67,6 +76,8 @@ if (host) {
         RequestFileName: () => takeProjectName(false),
         CompleteExportModel: () => upload.complete(),
         FailExportModel: () => upload.fail(),
+        CompleteExportPlan: () => planUpload.complete(),
+        FailExportPlan: () => planUpload.fail(),
         InsertViewpoint: () => viewpoints.insert(),
         CompleteImportModels: () => modelWork.complete(),
         UpdateSelectedElements: () => selection.update(),
@@ -75,6 +86,7 @@ if (host) {
     });
     await takeProjectName(true);
     await upload.resume();
+    if (host.canMakePlans()) await planUpload.resume();
 }
 
 /** An entry of the history about what was just exported from the open project. */
@@ -92,6 +104,12 @@ async function takeProjectName(keepDraft) {
     } else {
         draft.set({ ...draft.get(), fileName: proposedFileName(name) });
     }
+    const plan = memory.planDraft.get();
+    const keepPlan = keepDraft && plan?.project === name;
+    planDraft.set({
+        ...planDraft.get(),
+        fileName: keepPlan ? plan.fileName : text("plans.proposed", { name: proposedFileName(name) }).trim(),
+    });
     await host.registerFileName(name).catch(() => {});
     return name;
 }
@@ -143,6 +161,7 @@ function showMain(user) {
             info,
             service,
             upload,
+            planUpload,
             modelWork,
             modelChoices,
             publishChoice,
@@ -157,11 +176,13 @@ function showMain(user) {
             place,
             view,
             draft,
+            planDraft,
             choices: memory.choices,
             signal,
             onSignOut() {
                 service.signOut().catch(() => {});
                 upload.forget();
+                planUpload.forget();
                 modelWork.forget();
                 publishing.forget();
                 publishChoice.forget();

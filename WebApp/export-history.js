@@ -4,7 +4,7 @@ import { Value } from "./value.js";
 
 /** What was exported from this host into the service's projects; the host keeps it, models apart from the rest. */
 export class ExportHistory {
-    /** The shown project's entries, newest first: [{ time, kind, name, document }], kind "model", "snapshot" or "document". */
+    /** The shown project's entries, newest first: [{ time, kind, name, document }], kind "model", "plan", "snapshot" or "document". */
     entries = new Value([]);
 
     #projectId = null;

@@ -16,6 +16,10 @@ const publishing = [
     "SaveExportHistoryData",
 ];
 
+const planning = ["Create2dPlan", "Export2dPlan", "GetPlanDocuments"];
+
+const knows = (names) => names.every((name) => typeof KESTAPI[name] === "function");
+
 // The host may bind the object as a global that is no property of the window.
 const isThere = () => typeof KESTAPI !== "undefined" && KESTAPI !== null;
 
@@ -114,9 +118,36 @@ export class Host {
         return (await KESTAPI.SelectViewpoint(viewpoint)) === true;
     }
 
+    /** Whether the host makes plan documents; an older one does not. */
+    canMakePlans() {
+        return knows(planning);
+    }
+
+    /**
+     * Has a document of the current plan made, of a plan format's kind. Answers its path when that is done and
+     * the person has closed whatever the host had to say; empty when there is none.
+     */
+    async createPlan(kind) {
+        return String((await KESTAPI.Create2dPlan(kind)) ?? "");
+    }
+
+    /**
+     * Has the document made last uploaded under this name. The host calls CompleteExportPlan or FailExportPlan in
+     * the page when the service answered, FailExportPlan when it could not begin, and nothing when the connection
+     * broke.
+     */
+    exportPlan({ token, projectId, folderId, fileName }) {
+        return KESTAPI.Export2dPlan(JSON.stringify({ token, projectId, folderId, fileName }));
+    }
+
+    /** The service's answer to the last plan that it took; empty before the first. */
+    async planAnswer() {
+        return String((await KESTAPI.GetPlanDocuments()) ?? "");
+    }
+
     /** Whether the host knows publisher sets; an older one does not. */
     canPublish() {
-        return publishing.every((name) => typeof KESTAPI[name] === "function");
+        return knows(publishing);
     }
 
     /** JSON text of the project's publisher sets, [{ title, guid, rootGuid, index }]; empty when that failed. */

@@ -36,7 +36,11 @@ export const pendingModels = remembered(session, "models");
 export const pendingPublish = remembered(session, "publish");
 /** { project, fileName, onlyVisible }: what was filled in, and for which open project. */
 export const draft = remembered(session, "draft");
-/** Which of its views the page shows: "documents", "publish", "models" or "issues". */
+/** The upload of a plan under way, see plan-upload.js. */
+export const pendingPlan = remembered(session, "plan");
+/** { project, fileName, format } of the plan document, likewise. */
+export const planDraft = remembered(session, "planDraft");
+/** Which of its views the page shows: "documents", "plans", "publish", "models" or "issues". */
 export const shownView = remembered(session, "view");
 /** { user, projectId, folderId } chosen last. */
 export const choices = remembered(local, "choices");

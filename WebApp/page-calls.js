@@ -8,6 +8,8 @@
         "RequestFileName",
         "CompleteExportModel",
         "FailExportModel",
+        "CompleteExportPlan",
+        "FailExportPlan",
         "InsertViewpoint",
         "CompleteImportModels",
         "UpdateSelectedElements",

@@ -20,6 +20,8 @@ export const texts = {
         "noHost.title": "Open inside Archicad",
         "noHost.body":
             "To upload your model, open this page in the Kestrane palette. Documents can be read here as well.",
+        "noHost.plans":
+            "To make plan documents, open this page in the Kestrane palette. Documents can be read here as well.",
         "noHost.publish":
             "To publish views and layouts as documents, open this page in the Kestrane palette.",
         "noHost.models":
@@ -75,7 +77,7 @@ export const texts = {
         "documents.refresh": "Refresh",
         "documents.loading": "Loading documents…",
         "documents.empty": "No documents in this folder",
-        "documents.emptyHelp": "Upload your model to see it here.",
+        "documents.emptyHelp": "What you upload appears here.",
         "documents.noFolder": "Choose a folder to see its documents",
         "documents.version": "Version {version}",
         "documents.download": "Download {name}",
@@ -85,9 +87,30 @@ export const texts = {
 
         "tabs.label": "Views",
         "tabs.documents": "Documents",
+        "tabs.plans": "Plans",
         "tabs.publish": "Publish",
         "tabs.models": "Models",
         "tabs.issues": "Issues",
+
+        "plans.heading": "Plan document",
+        "plans.intro": "Of the floor plan that is in front in Archicad.",
+        "plans.format": "Format",
+        "plans.help.dwg": "For CAD programs: a layer for each kind of element, in metres.",
+        "plans.help.pdf": "One page at a true scale, with lines that stay sharp.",
+        "plans.help.png": "A picture with sharp lines.",
+        "plans.help.jpeg": "A picture for programs that do not take PNG.",
+        "plans.proposed": "{name} floor plan",
+        "plans.submit": "Create and upload",
+        "plans.running": "Creating and uploading…",
+        "plans.runningHelp": "If Archicad shows a message, close it.",
+        "plans.notMade":
+            "Archicad made no plan. Bring a floor plan with elements to the front (not the 3D window) and check that the disk has space, then try again.",
+        "plans.failed":
+            "The plan was not stored: the service refused it, or Archicad has another file of this name. Choose another file name, then try again.",
+        "plans.lost":
+            "The service does not answer any more. Check that it is running and refresh the documents; if the plan is missing, create and upload it again.",
+        "plans.tooOld":
+            "The Kestrane add-on in this Archicad cannot make plan documents yet. Install the current one, then start Archicad again.",
 
         "models.heading": "Models",
         "models.refresh": "Refresh",
@@ -201,6 +224,7 @@ export const texts = {
         "history.heading": "History",
         "history.empty": "What is uploaded from this Archicad is listed here.",
         "history.model": "Model",
+        "history.plan": "Plan",
         "history.snapshot": "Snapshot",
         "history.document": "Published",
 
@@ -309,6 +333,8 @@ export const texts = {
         "noHost.title": "In Archicad öffnen",
         "noHost.body":
             "Um Ihr Modell hochzuladen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
+        "noHost.plans":
+            "Um Plandokumente zu erstellen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
         "noHost.publish":
             "Um Ausschnitte und Layouts als Dokumente zu veröffentlichen, öffnen Sie diese Seite in der Kestrane-Palette.",
         "noHost.models":
@@ -365,7 +391,7 @@ export const texts = {
         "documents.refresh": "Aktualisieren",
         "documents.loading": "Dokumente werden geladen…",
         "documents.empty": "Keine Dokumente in diesem Ordner",
-        "documents.emptyHelp": "Laden Sie Ihr Modell hoch, dann erscheint es hier.",
+        "documents.emptyHelp": "Was Sie hochladen, erscheint hier.",
         "documents.noFolder": "Wählen Sie einen Ordner, um seine Dokumente zu sehen",
         "documents.version": "Version {version}",
         "documents.download": "{name} herunterladen",
@@ -375,9 +401,30 @@ export const texts = {
 
         "tabs.label": "Ansichten",
         "tabs.documents": "Dokumente",
+        "tabs.plans": "Pläne",
         "tabs.publish": "Veröffentlichen",
         "tabs.models": "Modelle",
         "tabs.issues": "Aufgaben",
+
+        "plans.heading": "Plandokument",
+        "plans.intro": "Vom Grundriss, der in Archicad im Vordergrund ist.",
+        "plans.format": "Format",
+        "plans.help.dwg": "Für CAD-Programme: eine Ebene je Elementart, in Metern.",
+        "plans.help.pdf": "Eine maßstäbliche Seite mit Linien, die scharf bleiben.",
+        "plans.help.png": "Ein Bild mit scharfen Linien.",
+        "plans.help.jpeg": "Ein Bild für Programme, die kein PNG annehmen.",
+        "plans.proposed": "{name} Grundriss",
+        "plans.submit": "Erstellen und hochladen",
+        "plans.running": "Wird erstellt und hochgeladen…",
+        "plans.runningHelp": "Zeigt Archicad eine Meldung, schließen Sie sie.",
+        "plans.notMade":
+            "Archicad hat keinen Plan erstellt. Holen Sie einen Grundriss mit Elementen nach vorn (nicht das 3D-Fenster), prüfen Sie, ob der Datenträger Platz hat, und versuchen Sie es erneut.",
+        "plans.failed":
+            "Der Plan wurde nicht gespeichert: Der Dienst hat ihn abgelehnt, oder Archicad hat schon eine andere Datei dieses Namens. Wählen Sie einen anderen Dateinamen und versuchen Sie es erneut.",
+        "plans.lost":
+            "Der Dienst antwortet nicht mehr. Prüfen Sie, ob er läuft, und aktualisieren Sie die Dokumente; fehlt der Plan, erstellen Sie ihn erneut und laden ihn hoch.",
+        "plans.tooOld":
+            "Das Kestrane-Add-on in diesem Archicad kann noch keine Plandokumente erstellen. Installieren Sie das aktuelle und starten Sie Archicad neu.",
 
         "models.heading": "Modelle",
         "models.refresh": "Aktualisieren",
@@ -494,6 +541,7 @@ export const texts = {
         "history.heading": "Verlauf",
         "history.empty": "Was aus diesem Archicad hochgeladen wird, steht hier.",
         "history.model": "Modell",
+        "history.plan": "Plan",
         "history.snapshot": "Bild",
         "history.document": "Veröffentlicht",
 

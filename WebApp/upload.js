@@ -5,6 +5,8 @@ import { Value } from "./value.js";
 /**
  * The upload of the open model, from the press of the button to the service's answer. It outlives views and
  * sign-ins; what is under way is kept in `pending`, so that it outlives a reload of the page too.
+ *
+ * Other uploads derive from it and say in the functions at its end what is different.
  */
 export class Upload {
     /**
@@ -15,7 +17,7 @@ export class Upload {
      */
     status = new Value({ state: "idle" });
 
-    /** onUploaded(projectId, document) is told of each uploaded model. */
+    /** onUploaded(projectId, document) is told of each uploaded file. */
     constructor(host, service, pending, onUploaded = () => {}) {
         this.host = host;
         this.service = service;
@@ -24,19 +26,21 @@ export class Upload {
     }
 
     /** Starts the export and upload, unless one is running. */
-    async start({ projectId, folderId, fileName, onlyVisible }) {
+    async start(request) {
         if (this.status.get().state === "running") return;
+        const { projectId, folderId, fileName } = request;
         const since = Date.now();
         this.status.set({ state: "running", since, fileName });
         try {
             // Better told now than after a long export.
             await this.service.session();
-            const before = await this.host.uploadAnswer();
-            this.pending.set({ since, fileName, projectId, folderId, before });
-            const { token } = this.service;
-            await this.host.exportModel({ token, projectId, folderId, fileName, onlyVisible });
+            await this.prepare(request);
+            const before = await this.answer();
+            const name = this.documentName(request);
+            this.pending.set({ since, fileName, name, projectId, folderId, before });
+            await this.send({ token: this.service.token, ...request });
         } catch (error) {
-            this.#end({ state: "failed", message: messageOf(error) });
+            this.end({ state: "failed", message: messageOf(error) });
         }
     }
 
@@ -46,33 +50,33 @@ export class Upload {
         if (!pending || this.status.get().state !== "idle") return;
         this.status.set({ state: "running", since: pending.since, fileName: pending.fileName });
         // It may have ended while there was no page to be told.
-        const answer = await this.host.uploadAnswer().catch(() => pending.before);
+        const answer = await this.answer().catch(() => pending.before);
         if (answer !== pending.before && this.status.get().state === "running") await this.complete();
     }
 
     /** The host got an answer from the service. */
     async complete() {
         const pending = this.pending.get();
-        const answer = readUploadAnswer(await this.host.uploadAnswer().catch(() => ""));
+        const answer = readUploadAnswer(await this.answer().catch(() => ""));
         if (answer.document) {
             const document = await this.#described(answer.document, pending);
-            this.#end({ state: "done", document });
+            this.end({ state: "done", document });
             if (pending) this.onUploaded(pending.projectId, document);
             return;
         }
         const said = answer.error;
         const refusal = said ? text("upload.refused", { said }) : text("upload.unreadable");
-        this.#end({ state: "failed", message: await this.#explained(refusal) });
+        this.end({ state: "failed", message: await this.explained(refusal) });
     }
 
     /** The host could not export, or got no answer. */
     async fail() {
-        this.#end({ state: "failed", message: await this.#explained(text("upload.failed")) });
+        this.end({ state: "failed", message: await this.explained(text(`${this.words}.failed`)) });
     }
 
     /** Frees the page from an upload that never ends; a late answer is still shown. */
     stopWaiting() {
-        this.#end({ state: "failed", message: text("upload.stoppedWaiting") });
+        this.end({ state: "failed", message: text("upload.stoppedWaiting") });
     }
 
     /** Puts a result away that has been read. */
@@ -80,13 +84,38 @@ export class Upload {
         if (this.status.get().state !== "running") this.status.set({ state: "idle" });
     }
 
-    #end(status) {
+    end(status) {
         this.pending.set(null);
         this.status.set(status);
     }
 
+    async #described(document, pending) {
+        if (document.name || !pending) return { name: String(document.id), ...document };
+        const listed = await this.service.documents(pending.folderId).catch(() => []);
+        return listed.find(({ id }) => id === document.id) ?? { ...document, name: pending.name };
+    }
+
+    /** Where its texts stand: "upload.running" and so on. */
+    words = "upload";
+
+    documentName({ fileName }) {
+        return `${fileName}.ifc`;
+    }
+
+    /** What comes before anything is sent; throws what the person is then told. */
+    async prepare() {}
+
+    /** The service's answer to the last such upload that it answered, as text. */
+    answer() {
+        return this.host.uploadAnswer();
+    }
+
+    send({ token, projectId, folderId, fileName, onlyVisible }) {
+        return this.host.exportModel({ token, projectId, folderId, fileName, onlyVisible });
+    }
+
     // The host does not hand on the status of the answer; the service itself knows whether the sign-in ended.
-    async #explained(message) {
+    async explained(message) {
         if (!this.service.token) return text("upload.expired");
         try {
             await this.service.session();
@@ -94,14 +123,6 @@ export class Upload {
         } catch (error) {
             return error.status === 401 ? text("upload.expired") : messageOf(error);
         }
-    }
-
-    async #described(document, pending) {
-        if (document.name) return document;
-        const name = `${pending?.fileName ?? document.id}.ifc`;
-        if (!pending) return { ...document, name };
-        const listed = await this.service.documents(pending.folderId).catch(() => []);
-        return listed.find(({ id }) => id === document.id) ?? { ...document, name };
     }
 }
 

@@ -190,15 +190,16 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
     for (const auto& item : driver.PageObject()->GetItemTable())
         names.push_back(ToText(*item.key));
     EXPECT_EQ(ToText(driver.PageObject()->GetName()), "KESTAPI");
-    EXPECT_THAT(names, ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement",
-                                   "GetElementNames", "AlertAPI", "SelectViewpoint", "GetSelectedElements",
-                                   "AddComponent", "AddViewpoint", "ImportIfcModel", "RegisterIfcFileName",
-                                   "RequestFileName", "GetIfcFile", "GetApplicationInfo", "ImportIfcFiles",
-                                   "OpenIfcModels", "ExportIFCModel", "GetIfcDocuments",
-                                   "ExportSnapshot", "GetExportHistory", "SaveExportHistoryData",
-                                   "GetPublishSetHeaders", "GetPublishSetItems", "HandlePublishSets",
-                                   "CompleteExportPublish", "PreparePublishDocs", "GetPublishHistory",
-                                   "SavePublishHistory", "SetPublishHistory", "GetPublishItems"));
+    EXPECT_THAT(
+        names,
+        ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement", "GetElementNames", "AlertAPI",
+                    "SelectViewpoint", "GetSelectedElements", "AddComponent", "AddViewpoint",
+                    "ImportIfcModel", "RegisterIfcFileName", "RequestFileName", "GetIfcFile",
+                    "GetApplicationInfo", "ImportIfcFiles", "OpenIfcModels", "ExportIFCModel",
+                    "GetIfcDocuments", "Create2dPlan", "Export2dPlan", "ExportSnapshot", "GetExportHistory",
+                    "SaveExportHistoryData", "GetPlanDocuments", "GetPublishSetHeaders", "GetPublishSetItems",
+                    "HandlePublishSets", "CompleteExportPublish", "PreparePublishDocs", "GetPublishHistory",
+                    "SavePublishHistory", "SetPublishHistory", "GetPublishItems"));
 }
 
 TEST_F(AddOnTest, AlertShowsThePagesText) {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sstream>
 
+#include "HostKit/API/CommandParameters.hpp"
 #include "HostKit/API/IfcGuid.hpp"
 #include "HostKit/GSRoot/Text.hpp"
 
@@ -26,12 +28,40 @@ GSErrCode PlayedHost::SpecialFolder(API_SpecFolderID id, IO::Location& location)
 }
 
 GSErrCode PlayedHost::Save(const API_FileSavePars& pars, const void* formatRecord) {
-    const auto& picture = *static_cast<const API_SavePars_Picture*>(formatRecord);
     calls.push_back("Save");
-    if (pars.fileTypeID != APIFType_PNGFile || picture.colorDepth != APIColorDepth_MiCP || !picture.crop ||
-        !picture.keepSelectionHighlight || picture.view2D || picture.dithered)
-        return APIERR_BADPARS;
-    std::ofstream(hostkit::ToPath(*pars.file)) << "picture";
+    std::ostringstream words;
+    if (pars.fileTypeID == APIFType_PdfFile) {
+        const auto& page = *static_cast<const API_SavePars_Pdf*>(formatRecord);
+        words << "PDF " << page.sizeX << " x " << page.sizeY << " margins "
+              << page.leftMargin + page.topMargin + page.rightMargin + page.bottomMargin;
+    } else {
+        const auto& picture = *static_cast<const API_SavePars_Picture*>(formatRecord);
+        words << "picture " << pars.fileTypeID << " depth " << picture.colorDepth
+              << (picture.view2D ? " 2D" : "") << (picture.crop ? " cropped" : "")
+              << (picture.keepSelectionHighlight ? " highlighted" : "")
+              << (picture.dithered ? " dithered" : "");
+    }
+    saved.push_back(words.str());
+    std::ofstream(hostkit::ToPath(*pars.file)) << saved.back();
+    return NoError;
+}
+
+GSErrCode PlayedHost::CallCommand(const hostkit::CommandCall& call,
+                                  const hostkit::CommandParameters& parameters, GSPtr result) {
+    if (call.module.developerID != 1198731108 || call.module.localID != 1322668197)
+        return APIERR_MODULNOTINSTALLED;
+    if (call.version != 1) return APIERR_MODULCMDVERSNOTSUPPORTED;
+    std::string words = call.silent ? "" : "loud ";
+    for (int shift = 24; shift >= 0; shift -= 8)
+        words += static_cast<char>(call.command >> shift);
+    for (const char* name : {"Mode", "FileName", "ConfigFile"})
+        if (const auto* text = parameters.FindText(name)) words += " " + std::string(name) + "=" + *text;
+    commands.push_back(words);
+    if (result != nullptr) {
+        *reinterpret_cast<IO::Location*>(result) = dwgConfiguration;
+    } else if (const auto* url = parameters.FindText("FileName")) {
+        std::ofstream(hostkit::ToPath(hostkit::LocationOfUrl(*url))) << "drawing";
+    }
     return NoError;
 }
 
@@ -106,6 +136,17 @@ GSErrCode PlayedHost::ElementList(const API_ElemType&, API_ElemFilterFlags, GS::
 GSErrCode PlayedHost::Element(API_Element& element) {
     const auto* found = Find(element.header.guid);
     return found != nullptr && found->readable ? NoError : static_cast<GSErrCode>(APIERR_BADID);
+}
+
+GSErrCode PlayedHost::ElementHeader(API_Elem_Head& header) {
+    return Find(header.guid) != nullptr ? NoError : static_cast<GSErrCode>(APIERR_BADID);
+}
+
+GSErrCode PlayedHost::Element3DInfo(const API_Elem_Head& header, API_ElemInfo3D& info) {
+    const auto& bounds = Find(header.guid)->bounds;
+    if (!bounds) return APIERR_GENERAL;
+    info.bounds = *bounds;
+    return NoError;
 }
 
 bool PlayedHost::PassesFilter(const API_Guid& guid, API_ElemFilterFlags filter) {
@@ -263,6 +304,12 @@ PlayedHostTest::~PlayedHostTest() {
 void PlayedHostTest::EndHost() {
     hostkit::UnloadAddOn();
     session.reset();
+}
+
+std::size_t PlayedHostTest::CountScripts(const std::string& script) const {
+    const auto scripts = driver.Scripts();
+    return static_cast<std::size_t>(std::count_if(
+        scripts.begin(), scripts.end(), [&](const auto& executed) { return executed.text == script; }));
 }
 
 bool PlayedHostTest::CallForBool(const std::string& function, const nlohmann::json& argument) {

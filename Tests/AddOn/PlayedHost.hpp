@@ -25,6 +25,7 @@ class PlayedHost : public hostkit::Host {
         std::string idText = {};
         bool shown = true;
         bool readable = true;
+        std::optional<API_Box3D> bounds = {};
     };
 
     struct PlayedSet {
@@ -58,11 +59,16 @@ class PlayedHost : public hostkit::Host {
     API_WindowTypeID front = APIWind_3DModelID;
     std::string language = "INT";
     std::filesystem::path temporaryFolder;
+    IO::Location dwgConfiguration = IO::Location("/Configurations/Plan ä.xml");
+    std::vector<std::string> saved;     // what was asked for, in words; it then holds this text
+    std::vector<std::string> commands;  // with their parameters
     std::vector<std::string> calls;
 
     GSErrCode ApplicationInfo(API_ServerApplicationInfo& info) override;
     GSErrCode SpecialFolder(API_SpecFolderID id, IO::Location& location) override;
     GSErrCode Save(const API_FileSavePars& pars, const void* formatRecord) override;
+    GSErrCode CallCommand(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
+                          GSPtr result) override;
     GSErrCode Open(const API_FileOpenPars& pars) override;
     void BeginUndoable(const GS::UniString& name) override;
     void EndUndoable(bool succeeded) override;
@@ -74,6 +80,8 @@ class PlayedHost : public hostkit::Host {
     GSErrCode ElementList(const API_ElemType& type, API_ElemFilterFlags filter,
                           GS::Array<API_Guid>& list) override;
     GSErrCode Element(API_Element& element) override;
+    GSErrCode ElementHeader(API_Elem_Head& header) override;
+    GSErrCode Element3DInfo(const API_Elem_Head& header, API_ElemInfo3D& info) override;
     bool PassesFilter(const API_Guid& guid, API_ElemFilterFlags filter) override;
     GSErrCode ElementInfoString(const API_Guid& guid, GS::UniString& text) override;
     GSErrCode IfcIdentifier(const API_Guid& guid, API_Guid& own, API_Guid& external) override;
@@ -109,6 +117,7 @@ class PlayedHostTest : public testing::Test {
     GS::Ref<DG::JSBase> Call(const std::string& function, const GS::Ref<DG::JSBase>& argument = nullptr) {
         return driver.Call(function, argument);
     }
+    std::size_t CountScripts(const std::string& script) const;
     bool CallForBool(const std::string& function, const nlohmann::json& argument);
     /// The text that the function returns; of what it throws instead, the message.
     std::string CallForText(const std::string& function, const std::string& argument = "");

@@ -11,7 +11,7 @@ namespace tests {
 using Json = nlohmann::json;
 
 // The whole way: a page's request, the export, the upload, and what the real service then has.
-TEST_F(AddOnTest, UploadArrivesAtTheServiceWhole) {
+TEST_F(AddOnTest, UploadsArriveAtTheServiceWhole) {
     service::Options options;
     options.port = 8465;
     options.dataDir = folder.Path() / "service";
@@ -49,6 +49,22 @@ TEST_F(AddOnTest, UploadArrivesAtTheServiceWhole) {
     const auto stored = page.Get("/api/document/" + document.at("id").get<std::string>(), signedIn);
     ASSERT_TRUE(stored);
     EXPECT_EQ(stored->body, ReadFile(Sample()));
+
+    // A drawing of the plan, twice.
+    application->BringToFront({workbench::FrontWindow::Kind::plan, 0});
+    const Json request{{"token", token},
+                       {"projectId", projectId},
+                       {"folderId", folderOf.at("id")},
+                       {"fileName", "Grundriß"}};
+    for (const int version : {1, 2}) {
+        const auto path = GS::DynamicCast<DG::JSValue>(Call("Create2dPlan", new DG::JSValue(Int32{1})));
+        const std::string made = ReadFile(ToText(path->GetString()));
+        Call("Export2dPlan", Text(request.dump()));
+        ASSERT_TRUE(WaitForScript("CompleteExportPlan()"));
+        const Json plan = Json::parse(CallForText("GetPlanDocuments")).at(0);
+        EXPECT_EQ(plan.at("version"), version);
+        EXPECT_EQ(page.Get("/api/document/" + plan.at("id").get<std::string>(), signedIn)->body, made);
+    }
 }
 
 }  // namespace tests

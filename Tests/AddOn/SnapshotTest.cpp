@@ -49,6 +49,7 @@ TEST_F(SnapshotTest, PictureIsUploadedAndItsIdKept) {
     EXPECT_THAT(sent, HasSubstr("Kestrane-Client-Id: Kestrane Plugin Archicad"));
     EXPECT_THAT(sent, HasSubstr("X-Project-Authorization: bearer t0ken"));
     EXPECT_THAT(sent, HasSubstr("name=\"file\"; filename=\"" + Pictures().at(0).filename().string() + "\""));
+    EXPECT_THAT(host.saved, testing::ElementsAre("picture 22 depth 9 cropped highlighted"));
     EXPECT_THAT(driver.Alerts(), IsEmpty());
     EXPECT_TRUE(std::regex_match(Pictures().at(0).filename().string(),
                                  std::regex(R"(\d{4}-\d\d-\d\dT\d\d_\d\d_\d\d([+-]\d\d_\d\d|Z)\.png)")));

@@ -133,12 +133,33 @@ TEST_F(FileTest, OpensWhatThereIs) {
     EXPECT_NE(IO::File(Location("/dev/full")).Open(IO::File::WriteMode), NoError);
 }
 
+TEST_F(FileTest, LocationsAsUrls) {
+    const struct {
+        std::string path;
+        std::string url;
+    } cases[] = {{"/a/b.dwg", "file:///a/b.dwg"}, {"/\xC3\xA4 +%/~_.-", "file:///%C3%A4%20%2B%25/~_.-"}};
+    for (const auto& [path, url] : cases) {
+        GS::UniString text;
+        EXPECT_EQ(Location(path.c_str()).ToURLString(&text), NoError);
+        EXPECT_EQ(hostkit::ToUtf8(text), url);
+        EXPECT_EQ(hostkit::LocationOfUrl(url), Location(path.c_str()));
+    }
+    for (const char* bad : {"", "/a", "http://a", "file:///a%2", "file:///a%", "file:///%zz"})
+        EXPECT_TRUE(hostkit::LocationOfUrl(bad).IsEmpty()) << bad;
+    GS::UniString text;
+    EXPECT_NE(Location().ToURLString(&text), NoError);
+    EXPECT_TRUE(Location(("/" + std::string(255, 'n')).c_str()).IsLegalInNativeFileSystem());
+    for (const std::string& bad : {std::string(), std::string("relative"), "/" + std::string(256, 'n')})
+        EXPECT_FALSE(Location(bad.c_str()).IsLegalInNativeFileSystem()) << bad;
+}
+
 TEST_F(FileTest, NothingIsOverwritten) {
     Write("a", "A");
     Write("b", "B");
     Write("dir/inner", "I");
     EXPECT_EQ(IO::fileSystem.Copy(At("a"), At("b")), FileSystem::TargetExists);
     EXPECT_EQ(IO::fileSystem.Move(At("a"), At("b")), FileSystem::TargetExists);
+    EXPECT_EQ(IO::fileSystem.Move(At("a"), At("a")), NoError);
     EXPECT_EQ(IO::fileSystem.Rename(At("a"), "dir"), FileSystem::TargetExists);
     EXPECT_EQ(IO::fileSystem.Copy(At("dir"), At("b")), FileSystem::TargetExists);
     EXPECT_EQ(IO::fileSystem.Copy(At("none"), At("c")), FileSystem::TargetNotFound);

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "HostKit/API/AddOnLoader.hpp"
+#include "HostKit/API/CommandParameters.hpp"
 #include "HostKit/API/IfcGuid.hpp"
 #include "HostKit/GSRoot/ThreadRegister.hpp"
 #include "Support.hpp"
@@ -31,6 +32,15 @@ class SmallHost : public hostkit::Host {
         ++lists;
         list.Push(GSGuid2APIGuid(GS::Guid("7498d1c2-c932-48ec-b06c-98fb0cc9c1ee")));
         return NoError;
+    }
+
+    GSErrCode CallCommand(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
+                          GSPtr) override {
+        const auto* name = parameters.FindText("Name");
+        return call.version == 1 && name != nullptr && *name == "text" &&
+                       parameters.FindText("Count") == nullptr
+                   ? NoError
+                   : static_cast<GSErrCode>(APIERR_MODULCMDVERSNOTSUPPORTED);
     }
 
     void MenuItemFlagsChanged(short, Int32 item, GSFlags flags) override { shownFlags = {item, flags}; }
@@ -255,6 +265,32 @@ TEST_F(HostInterfaceTest, BadParametersAndUnansweredQuestions) {
     GS::UniString text("old");
     EXPECT_FALSE(RSGetIndString(&text, 32501, 4, ACAPI_GetOwnResModule()));
     EXPECT_EQ(text, "");
+}
+
+TEST_F(HostInterfaceTest, CommandsOfOtherAddOns) {
+    const API_ModulID module = {1, 2};
+    GSHandle list = nullptr;
+    ASSERT_EQ(ACAPI_Goodies(APIAny_InitMDCLParameterListID, &list), NoError);
+    API_MDCLParameter parameter = {};
+    EXPECT_EQ(ACAPI_Goodies(APIAny_AddMDCLParameterID, list, &parameter), APIERR_BADPARS) << "no name";
+    std::string text = "text";
+    parameter.name = "Name";
+    parameter.string_par = text.c_str();
+    EXPECT_EQ(ACAPI_Goodies(APIAny_AddMDCLParameterID, list, &parameter), NoError);
+    EXPECT_EQ(ACAPI_Goodies(APIAny_AddMDCLParameterID, list, &parameter), APIERR_BADNAME);
+    text = "else";
+    parameter.name = "Count";
+    parameter.type = MDCLPar_int;
+    EXPECT_EQ(ACAPI_Goodies(APIAny_AddMDCLParameterID, list, &parameter), NoError);
+    EXPECT_EQ(ACAPI_Command_Call(&module, 'x', 1, list, nullptr, true), NoError);
+    EXPECT_EQ(ACAPI_Command_Call(&module, 'x', 2, list, nullptr, true), APIERR_MODULCMDVERSNOTSUPPORTED);
+
+    GSHandle freed = list;
+    EXPECT_EQ(ACAPI_Goodies(APIAny_FreeMDCLParameterListID, &list), NoError);
+    EXPECT_EQ(list, nullptr);
+    EXPECT_EQ(ACAPI_Command_Call(&module, 'x', 1, freed, nullptr, true), APIERR_BADPARS);
+    EXPECT_EQ(ACAPI_Goodies(APIAny_FreeMDCLParameterListID, &freed), APIERR_BADPARS);
+    EXPECT_EQ(hostkit::LiveHandles(), 0);
 }
 
 TEST_F(HostInterfaceTest, IfcGuids) {

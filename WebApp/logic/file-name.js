@@ -1,15 +1,19 @@
-const extension = /\.ifc$/i;
 const forbidden = /[\p{Cc}\p{Cs}\u2028\u2029/\\:*?"<>|]/u;
 const longestName = 200;
 
 /**
- * Checks what a person typed as the name of an exported model.
- * Gives { name } without ".ifc" and outer blanks, and with it { problem } when the name cannot be used:
+ * Checks what a person typed as the name of a file with this extension.
+ * Gives { name } without the extension and outer blanks, and with it { problem } when the name cannot be used:
  * "empty", "character", "dots" or "long" (more than 200 bytes in UTF-8).
  */
-export function checkFileName(typed) {
-    const name = typed.trim().replace(extension, "");
+export function checkFileName(typed, extension = "ifc") {
+    const name = without(extension, typed.trim());
     return { name, problem: nameProblem(name) };
+}
+
+function without(extension, name) {
+    const end = `.${extension}`;
+    return name.toLowerCase().endsWith(end) ? name.slice(0, -end.length) : name;
 }
 
 /** What is wrong with a name, as of checkFileName, or null. */
@@ -26,11 +30,10 @@ export function proposedFileName(projectName) {
     const cleaned = projectName
         .replace(new RegExp(forbidden, "gu"), "-")
         .replace(/\.{2,}/g, ".")
-        .trim()
-        .replace(extension, "")
-        .replace(/^\.+|[. ]+$/g, "");
+        .trim();
+    const usable = without("ifc", cleaned).replace(/^\.+|[. ]+$/g, "");
     let name = "";
-    for (const character of cleaned) {
+    for (const character of usable) {
         if (checkFileName(name + character).problem === "long") break;
         name += character;
     }

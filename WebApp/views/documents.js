@@ -3,7 +3,7 @@ import { formatDate, formatSize } from "../logic/format.js";
 import { language, text } from "../text.js";
 
 /** The documents of the chosen folder, kept up to date with the uploads of this page. */
-export function documentsView({ service, place, upload, publishing, signal }) {
+export function documentsView({ service, place, upload, planUpload, publishing, signal }) {
     let question = 0;
     let folderId = null;
 
@@ -15,9 +15,9 @@ export function documentsView({ service, place, upload, publishing, signal }) {
     const list = element("ul", { id: "documents", class: "rows", "aria-labelledby": "documents-heading" });
 
     function show(documents) {
-        const fresh = upload.status.get().document?.id;
+        const fresh = [upload, planUpload].map(({ status }) => status.get().document?.id);
         count.textContent = documents.length || "";
-        list.replaceChildren(...documents.map((document) => row(document, service, document.id === fresh)));
+        list.replaceChildren(...documents.map((document) => row(document, service, fresh.includes(document.id))));
         said.replaceChildren(
             ...(documents.length
                 ? []
@@ -58,7 +58,7 @@ export function documentsView({ service, place, upload, publishing, signal }) {
         folderId = next;
         load();
     }, signal);
-    for (const { status } of [upload, publishing]) {
+    for (const { status } of [upload, planUpload, publishing]) {
         let former = status.get();
         status.watch((now) => {
             const hasNew = now.state === "done" || former.state === "uploading";
@@ -118,7 +118,7 @@ function row(document, service, isFresh) {
     return element(
         "li",
         { "data-document-id": id, class: isFresh ? "fresh" : null },
-        element("span", { class: "tile" }, icon("model")),
+        element("span", { class: "tile" }, icon(/\.ifc$/i.test(name) ? "model" : "plan")),
         element(
             "div",
             { class: "facts" },

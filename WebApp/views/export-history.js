@@ -2,7 +2,7 @@ import { element, icon } from "../dom.js";
 import { formatDate } from "../logic/format.js";
 import { language, text } from "../text.js";
 
-const pictures = { model: "model", snapshot: "camera", document: "publish" };
+const pictures = { model: "model", snapshot: "camera", plan: "plan", document: "publish" };
 
 /** What was exported from this host into the chosen project, newest first. */
 export function exportHistoryView({ exportHistory, chosenProject, view, signal }) {

@@ -6,6 +6,7 @@ import { hostInfoView } from "./host-info.js";
 import { issuesView } from "./issues.js";
 import { modelsView } from "./models.js";
 import { placesView } from "./places.js";
+import { plansView } from "./plans.js";
 import { publishItemsView } from "./publish-items.js";
 import { publishSetsView } from "./publish-sets.js";
 import { selectionView } from "./selection.js";
@@ -16,8 +17,9 @@ import { uploadView } from "./upload.js";
 export function mainView({ user, onSignOut, ...parts }) {
     const { host, view, signal } = parts;
     const canPublish = Boolean(host?.canPublish());
-    const shownIn = (name, content) => {
-        view.watch((shown) => (content.hidden = shown !== name), signal);
+    const canMakePlans = Boolean(host?.canMakePlans());
+    const shownIn = (names, content) => {
+        view.watch((shown) => (content.hidden = ![names].flat().includes(shown)), signal);
         return content;
     };
     const main = element(
@@ -28,7 +30,8 @@ export function mainView({ user, onSignOut, ...parts }) {
             { class: "column" },
             placesView(parts),
             shownIn("documents", host ? uploadView(parts) : noHost(text("noHost.body"))),
-            shownIn("publish", canPublish ? publishSetsView(parts) : cannotPublish(host)),
+            shownIn("plans", canMakePlans ? plansView(parts) : cannot(host, "plans")),
+            shownIn("publish", canPublish ? publishSetsView(parts) : cannot(host, "publish")),
             host ? null : shownIn("models", noHost(text("noHost.models"))),
             host ? null : shownIn("issues", noHost(text("noHost.issues"))),
             shownIn("issues", issuesView(parts)),
@@ -36,7 +39,7 @@ export function mainView({ user, onSignOut, ...parts }) {
         element(
             "div",
             { class: "column" },
-            shownIn("documents", documentsView(parts)),
+            shownIn(["documents", "plans"], documentsView(parts)),
             canPublish ? shownIn("publish", publishItemsView(parts)) : null,
             canPublish ? shownIn("publish", exportHistoryView(parts)) : null,
             shownIn("models", modelsView(parts)),
@@ -75,9 +78,9 @@ function header(user, onSignOut) {
     );
 }
 
-function cannotPublish(host) {
-    if (!host) return noHost(text("noHost.publish"));
-    return notice("note", element("strong", {}, text("publish.tooOldTitle")), text("publish.tooOld"));
+function cannot(host, work) {
+    if (!host) return noHost(text(`noHost.${work}`));
+    return notice("note", element("strong", {}, text("publish.tooOldTitle")), text(`${work}.tooOld`));
 }
 
 function noHost(body) {

@@ -43,7 +43,7 @@ export function placesView({ service, chosenProject, place, choices, view, signa
         },
     });
 
-    view.watch((shown) => (folders.view.hidden = !["documents", "publish"].includes(shown)), signal);
+    view.watch((shown) => (folders.view.hidden = !["documents", "plans", "publish"].includes(shown)), signal);
     projects.load(choices.get()?.projectId);
     return element(
         "section",

@@ -1,21 +1,13 @@
-import { element, icon, iconButton, notice } from "../dom.js";
-import { checkFileName } from "../logic/file-name.js";
-import { formatSize } from "../logic/format.js";
-import { language, text } from "../text.js";
-import { running } from "./running.js";
+import { element, icon } from "../dom.js";
+import { text } from "../text.js";
+import { fileNameField } from "./file-name-field.js";
+import { uploadStatus } from "./upload-status.js";
 
 /** The "Upload model" card: `draft` holds { fileName, onlyVisible }, `upload` does the work. */
 export function uploadView({ upload, project, place, draft, signal }) {
     const model = element("p", { class: "quiet" });
-    const fileName = element("input", {
-        id: "file-name",
-        autocomplete: "off",
-        spellcheck: "false",
-        "aria-describedby": "file-name-problem",
-        oninput: changed,
-        onchange: tidy,
-    });
-    const problem = element("p", { class: "problem", id: "file-name-problem", role: "alert" });
+    const fileName = fileNameField({ id: "file-name", changed });
+    fileName.setExtension("ifc");
     const onlyVisible = element("input", { id: "only-visible", type: "checkbox", onchange: changed });
     const submit = element(
         "button",
@@ -24,38 +16,21 @@ export function uploadView({ upload, project, place, draft, signal }) {
         text("upload.submit"),
     );
     const hint = element("p", { class: "quiet hint" });
-    const status = element("div", { id: "upload-status", role: "status", "aria-live": "polite" });
 
     function changed() {
-        draft.set({ fileName: fileName.value, onlyVisible: onlyVisible.checked });
-        showProblem(fileName.value.trim() ? checkFileName(fileName.value).problem : null);
-    }
-
-    function tidy() {
-        fileName.value = checkFileName(fileName.value).name;
-        changed();
-    }
-
-    function showProblem(code) {
-        problem.textContent = code ? text(`fileName.${code}`) : "";
-        fileName.setAttribute("aria-invalid", String(Boolean(code)));
+        draft.set({ fileName: fileName.value(), onlyVisible: onlyVisible.checked });
     }
 
     function start(event) {
         event.preventDefault();
         const chosen = place.get();
         if (submit.disabled || !chosen) return;
-        tidy();
-        const checked = checkFileName(fileName.value);
-        showProblem(checked.problem);
-        if (checked.problem) {
-            fileName.focus();
-            return;
-        }
+        const name = fileName.usable();
+        if (name === null) return;
         upload.start({
             projectId: String(chosen.project.id),
             folderId: String(chosen.folder.id),
-            fileName: checked.name,
+            fileName: name,
             onlyVisible: onlyVisible.checked,
         });
     }
@@ -67,30 +42,21 @@ export function uploadView({ upload, project, place, draft, signal }) {
     }
 
     draft.watch((filled) => {
-        if (fileName.value !== filled.fileName) {
-            fileName.value = filled.fileName;
-            showProblem(null);
-        }
+        fileName.setValue(filled.fileName);
         onlyVisible.checked = filled.onlyVisible;
     }, signal);
     project.watch((name) => {
         model.textContent = name ? text("upload.model", { project: name }) : text("upload.noModel");
     }, signal);
     place.watch(enable, signal);
-    upload.status.watch((now) => {
-        enable();
-        status.dataset.state = now.state;
-        status.replaceChildren(...statusContent(now, upload, signal));
-    }, signal);
+    upload.status.watch(enable, signal);
 
     return element(
         "form",
         { class: "card", novalidate: true, "aria-labelledby": "upload-heading", onsubmit: start },
         element("h2", { id: "upload-heading" }, text("upload.heading")),
         model,
-        element("label", { for: "file-name" }, text("upload.fileName")),
-        element("div", { class: "suffixed" }, fileName, element("span", { "aria-hidden": "true" }, ".ifc")),
-        problem,
+        ...fileName.view,
         element(
             "label",
             { class: "check" },
@@ -104,48 +70,6 @@ export function uploadView({ upload, project, place, draft, signal }) {
         ),
         submit,
         hint,
-        status,
+        uploadStatus({ id: "upload-status", upload, signal }),
     );
-}
-
-function statusContent(now, upload, signal) {
-    switch (now.state) {
-        case "running":
-            return [
-                running({
-                    now,
-                    status: upload.status,
-                    said: text("upload.running"),
-                    help: text("upload.runningHelp"),
-                    stop: () => upload.stopWaiting(),
-                    signal,
-                }),
-            ];
-        case "done":
-            return [closable(done(now.document), upload)];
-        case "failed":
-            return [
-                closable(
-                    notice("failed", element("strong", {}, text("upload.notDone")), now.message),
-                    upload,
-                ),
-            ];
-        default:
-            return [];
-    }
-}
-
-function done({ name, size, version }) {
-    const facts = [version ? text("documents.version", { version }) : "", formatSize(size, language())];
-    return notice(
-        "done",
-        element("strong", {}, text("upload.done")),
-        element("span", { class: "name" }, name),
-        element("span", { class: "quiet" }, facts.filter(Boolean).join(" · ")),
-    );
-}
-
-function closable(box, upload) {
-    box.append(iconButton("close", text("upload.dismiss"), () => upload.forget()));
-    return box;
 }

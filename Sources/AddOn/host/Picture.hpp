@@ -5,5 +5,15 @@
 #include "ACAPinc.h"
 #include "Location.hpp"
 
-/// Saves what the current window shows, with its selection highlighted; returns the host's error.
+// Files of what the current window shows. All return the host's error.
+
+/// The 3D window as a picture, with its selection highlighted.
 GSErrCode SaveViewAsPng(const IO::Location& location);
+
+enum class PictureFormat { png, jpeg };
+
+/// The plan as a picture, without the selection's colours.
+GSErrCode SavePlanAsPicture(const IO::Location& location, PictureFormat format);
+
+/// The plan on one page that holds these metres of the model, at a scale of the host's choice.
+GSErrCode SavePlanAsPdf(const IO::Location& location, double width, double height);

@@ -239,6 +239,39 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     /// The local time as it may stand in a file name: "2026-11-21T09_30_00+01_00".
     static GS::UniString GetTimeString();
 
+    // -- Plan documents -------------------------------------------------------------------------------------
+
+    /// Makes a document of the current plan: 1 DWG, 2 PNG, 3 JPEG, 4 PDF. Returns its path, or empty: the
+    /// host could not, or it is another number. The path, also the empty one, is what an export then sends.
+    static GS::UniString Create2dPlan(Int32 kind);
+
+    // The documents are files named by the time. Each returns its path, or empty when the host could not.
+    static GS::UniString CreateDwgFile();
+    static GS::UniString CreatePictureFile(bool png);
+    /// On one page that holds the model's extent.
+    static GS::UniString CreatePdfFile();
+
+    /// Sends the document made last to the service, under the person's name for it. The request is an object
+    /// with the strings "token", "projectId", "folderId" and "fileName" (without extension); one of another
+    /// kind throws "Bad cast.". The page is told "CompleteExportPlan()" or "FailExportPlan()", but nothing
+    /// when the service cannot be reached.
+    static void Export2dPlan(const GS::UniString& json);
+    /// False when nothing was started.
+    bool ExportPlanData(const GS::UniString& json);
+
+    /// Puts the name in place of the document's own, before the extension. Returns the new path, or empty:
+    /// the document is gone, a file has that name, or it is no name of a file.
+    GS::UniString RenameFile(const GS::UniString& name);
+
+    /// Job thread: stores the service's answer, then executes "CompleteExportPlan()".
+    void CompleteExportPlan(const GS::UniString& body);
+
+    /// Job thread: executes "FailExportPlan()".
+    void FailExportPlan();
+
+    /// The service's answer to the last upload of a plan; empty before the first and without a palette.
+    static GS::UniString GetPlanDocuments();
+
     // -- Publisher sets: what could be published, made ready, and sent to the service -----------------------
 
     /// The remembered selection of this project: JSON of an object with the strings "publishSet" and
@@ -335,8 +368,10 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     bool addComponentFlag = false;
     GS::UniString ifcFileName;
     std::shared_ptr<const GS::Array<GS::UniString>> importedModelPaths;  // none yet: empty, as the next
+    GS::UniString planFilePath;
     std::shared_ptr<const GS::UniString> pendingImageId;
     std::shared_ptr<const GS::UniString> exportedModelResult;
+    std::shared_ptr<const GS::UniString> exportedPlanResult;
     std::shared_ptr<PublishRun> publishRun;  // none yet: empty
     PublishHistory publishHistory;
 };

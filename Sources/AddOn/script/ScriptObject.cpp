@@ -25,6 +25,10 @@ Value GetResourceFolder(const Value&) {
     return Text(KestranePalette::GetInstance().GetResourceFolder());
 }
 
+void Tell(const GS::UniString& message) {
+    DG::InformationAlert(message, GS::UniString(), "OK");
+}
+
 GS::Array<API_Guid> ElementsOf(const Value& ifcGuids) {
     return KestranePalette::GetElementsFromJSIfcGuids(GetStringArrayFromJSVariable(ifcGuids));
 }
@@ -46,7 +50,7 @@ Value GetElementNames(const Value& ifcGuids) {
 }
 
 Value AlertAPI(const Value& message) {
-    DG::InformationAlert(GetStringFromJavaScriptVariable(message), GS::UniString(), "OK");
+    Tell(GetStringFromJavaScriptVariable(message));
     return Done();
 }
 
@@ -112,6 +116,28 @@ Value ExportIFCModel(const Value& request) {
 
 Value GetIfcDocuments(const Value&) {
     return Text(KestranePalette::GetIfcDoucments());
+}
+
+Value Create2dPlan(const Value& argument) {
+    if (KestranePalette::Is3DView()) {
+        Tell(KestranePalette::IsGerman() ? "Die aktuelle Ansicht ist keine 2D Ansicht."
+                                         : "Current view isn't 2D view.");
+        return Text(GS::UniString());
+    }
+    int kind = 0;
+    GetIntegerFromJSVariable(argument, &kind);
+    const GS::UniString path = KestranePalette::Create2dPlan(kind);
+    if (path.IsEmpty()) Tell("Can't create a 2D Plan.");
+    return Text(path);
+}
+
+Value Export2dPlan(const Value& request) {
+    KestranePalette::Export2dPlan(GetStringFromJavaScriptVariable(request));
+    return Done();
+}
+
+Value GetPlanDocuments(const Value&) {
+    return Text(KestranePalette::GetPlanDocuments());
 }
 
 Value ExportSnapshot(const Value& request) {
@@ -188,9 +214,12 @@ constexpr ScriptFunction scriptFunctions[] = {
     {"OpenIfcModels", OpenIfcModels},
     {"ExportIFCModel", ExportIFCModel},
     {"GetIfcDocuments", GetIfcDocuments},
+    {"Create2dPlan", Create2dPlan},
+    {"Export2dPlan", Export2dPlan},
     {"ExportSnapshot", ExportSnapshot},
     {"GetExportHistory", GetExportHistory},
     {"SaveExportHistoryData", SaveExportHistoryData},
+    {"GetPlanDocuments", GetPlanDocuments},
     {"GetPublishSetHeaders", GetPublishSetHeaders},
     {"GetPublishSetItems", GetPublishSetItems},
     {"HandlePublishSets", HandlePublishSets},

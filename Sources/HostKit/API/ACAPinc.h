@@ -12,6 +12,7 @@
 #include "APIdefs_Database.h"
 #include "APIdefs_Elements.h"
 #include "APIdefs_Environment.h"
+#include "APIdefs_Goodies.h"
 #include "APIdefs_Navigator.h"
 #include "APIdefs_Registration.h"
 #include "Array.hpp"
@@ -79,7 +80,8 @@ GSErrCode ACAPI_Notify_CatchProjectEvent(GSFlags eventTypes, APIProjectEventHand
 GSErrCode ACAPI_Environment(API_EnvironmentID code, void* par1 = nullptr, void* par2 = nullptr,
                             void* par3 = nullptr);
 
-// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*, API_SavePars_Picture*).
+// APIDo_SaveID: API_FileSavePars*, record of the format (API_SavePars_Ifc*, API_SavePars_Picture*,
+// API_SavePars_Pdf*). Pictures show the window in front; a PDF is of the floor plan.
 // APIDo_OpenID: API_FileOpenPars*; the add-on is not notified; CANCEL when the person kept the open project.
 // APIDo_PublishID: API_PublishPars*, GS::Array<API_Guid>* (only these items; may be null).
 // All three are complete operations: REFUSEDCMD inside notifications and undoable commands. ShowAllIn3DID,
@@ -98,6 +100,18 @@ GSErrCode ACAPI_Navigator(API_NavigatorID code, void* par1 = nullptr, void* par2
 // no such element.
 GSErrCode ACAPI_Database(API_DatabaseID code, void* par1 = nullptr, void* par2 = nullptr,
                          void* par3 = nullptr);
+
+// A list of parameters for another add-on's command, between Init and Free; the handle is the caller's.
+// InitMDCLParameterListID and FreeMDCLParameterListID (which sets it to null): GSHandle*.
+// AddMDCLParameterID: GSHandle, API_MDCLParameter*; BADNAME: the list has that name already.
+GSErrCode ACAPI_Goodies(API_GoodiesID code, void* par1 = nullptr, void* par2 = nullptr, void* par3 = nullptr,
+                        void* par4 = nullptr);
+
+// Has another add-on run one of its commands; the result's kind is the command's. MODULNOTINSTALLED: there is
+// no such add-on; MODULCMDNOTSUPPORTED, MODULCMDVERSNOTSUPPORTED: it does not know the command, or not in
+// this version; REFUSEDCMD inside notifications and undoable commands.
+GSErrCode ACAPI_Command_Call(const API_ModulID* mdid, GSType cmdID, Int32 cmdVersion, GSHandle params,
+                             GSPtr resultData, bool silentMode);
 
 // Replaces the list by the elements of the type (all zero: of every type) that pass the filter.
 GSErrCode ACAPI_Element_GetElemList(const API_ElemType& type, GS::Array<API_Guid>* list,

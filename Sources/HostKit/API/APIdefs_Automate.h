@@ -102,3 +102,11 @@ struct API_SavePars_Picture {
     bool keepSelectionHighlight;
     Int32 filler_2[8];
 };
+
+// Millimetres, of a plan those of the model: the application reduces it to a usual scale. A size of 0 leaves
+// it to the application.
+struct API_SavePars_Pdf {
+    float leftMargin, topMargin, rightMargin, bottomMargin;
+    float sizeX, sizeY;
+    Int32 filler_1[4];
+};

@@ -4,6 +4,16 @@
 
 namespace hostkit {
 
+class CommandParameters;
+
+// A call of another add-on's command.
+struct CommandCall {
+    API_ModulID module;
+    GSType command;
+    Int32 version;
+    bool silent;  // without a word to the person
+};
+
 // What the programming interface asks the application. Called on the main thread, with parameters that have
 // been checked; what an application leaves unanswered is BADID to the add-on.
 class Host {
@@ -17,8 +27,14 @@ class Host {
 
     virtual GSErrCode SpecialFolder(API_SpecFolderID, IO::Location&) { return APIERR_BADID; }
 
-    // The format record belongs to the file type and may be null: API_SavePars_Ifc for APIFType_IfcFile.
+    // The format record belongs to the file type and may be null: API_SavePars_Ifc for APIFType_IfcFile,
+    // API_SavePars_Picture for pictures, API_SavePars_Pdf for APIFType_PdfFile.
     virtual GSErrCode Save(const API_FileSavePars&, const void* /* formatRecord */) { return APIERR_BADID; }
+
+    // The result's kind is the command's; null when the caller wants none.
+    virtual GSErrCode CallCommand(const CommandCall&, const CommandParameters&, GSPtr /* result */) {
+        return APIERR_MODULNOTINSTALLED;
+    }
 
     // Publisher sets count from 0. The record comes zeroed but for its map, the array empty. Items are the
     // direct children of a set's root or of a folder, in display order; none for what has none.

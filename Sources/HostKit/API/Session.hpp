@@ -3,6 +3,7 @@
 #include <memory>
 #include <vector>
 
+#include "HostKit/API/CommandParameters.hpp"
 #include "HostKit/API/Faults.hpp"
 #include "HostKit/API/Host.hpp"
 #include "HostKit/API/Registry.hpp"
@@ -38,6 +39,7 @@ class Session {
     dg::Driver& GetDriver() { return driver; }
     Faults& GetFaults() { return faults; }
     Registry& GetRegistry() { return registry; }
+    CommandParameterLists& GetParameterLists() { return parameterLists; }
     const Resources& GetResources() const { return resources; }
 
     // Parts are told of the end, the newest first.
@@ -49,6 +51,7 @@ class Session {
     Resources resources;
     Faults faults;
     Registry registry;
+    CommandParameterLists parameterLists;
     std::vector<std::weak_ptr<SessionPart>> parts;
 };
 

@@ -46,7 +46,9 @@ GSErrCode FileSystem::Copy(const Location& from, const Location& to) const {
 }
 
 GSErrCode FileSystem::Move(const Location& from, const Location& to) const {
-    if (const GSErrCode error = CheckTransfer(from, to)) return error;
+    const GSErrCode refused = CheckTransfer(from, to);
+    if (refused == TargetExists && from == to) return NoError;
+    if (refused != NoError) return refused;
     std::error_code error;
     fs::rename(hostkit::ToPath(from), hostkit::ToPath(to), error);
     if (error != std::errc::cross_device_link) return hostkit::ToHostError(error);

@@ -22,7 +22,7 @@ class FileSystem {
     // Makes every missing level. NoError when the folder is there already.
     GSErrCode CreateFolderTree(const Location& location) const;
 
-    // Files, and folders with all they hold. TargetExists when "to" exists.
+    // Files, and folders with all they hold. TargetExists when "to" exists; a move onto itself does nothing.
     GSErrCode Copy(const Location& from, const Location& to) const;
     GSErrCode Move(const Location& from, const Location& to) const;
 

@@ -1,5 +1,9 @@
 #include "Location.hpp"
 
+#include <charconv>
+#include <climits>
+#include <string>
+
 #include "FileSystem.hpp"
 #include "HostKit/GSRoot/Text.hpp"
 
@@ -10,6 +14,14 @@ namespace {
 bool IsComponent(const GS::UniString& name) {
     return !name.IsEmpty() && name != "." && name != ".." && !name.Contains("/") &&
            name.FindFirst(u'\0') == MaxUIndex;
+}
+
+constexpr std::string_view urlScheme = "file://";
+
+// RFC 3986's unreserved characters, and the separator.
+bool IsPlainInUrl(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("-._~/").find(c) != std::string_view::npos;
 }
 
 }  // namespace
@@ -62,9 +74,51 @@ GSErrCode Location::ToPath(GS::UniString* result) const {
     return NoError;
 }
 
+GSErrCode Location::ToURLString(GS::UniString* result) const {
+    if (path.IsEmpty() || result == nullptr) return FileSystem::BadLocation;
+    std::string url(urlScheme);
+    for (const char c : hostkit::ToUtf8(path)) {
+        if (IsPlainInUrl(c)) {
+            url += c;
+        } else {
+            constexpr auto digits = "0123456789ABCDEF";
+            const auto byte = static_cast<unsigned char>(c);
+            url += {'%', digits[byte >> 4], digits[byte & 15]};
+        }
+    }
+    *result = GS::UniString(url.c_str());
+    return NoError;
+}
+
+bool Location::IsLegalInNativeFileSystem() const {
+    const std::string bytes = hostkit::ToUtf8(path);
+    if (bytes.empty() || bytes[0] != '/' || bytes.size() >= PATH_MAX) return false;
+    for (const auto& component : std::filesystem::path(bytes))
+        if (component.native().size() > NAME_MAX) return false;
+    return bytes.find('\0') == std::string::npos;
+}
+
 }  // namespace IO
 
 namespace hostkit {
+
+IO::Location LocationOfUrl(std::string_view url) {
+    if (url.substr(0, IO::urlScheme.size()) != IO::urlScheme) return {};
+    std::string path;
+    for (std::size_t at = IO::urlScheme.size(); at < url.size(); ++at) {
+        if (url[at] != '%') {
+            path += url[at];
+            continue;
+        }
+        unsigned byte = 0;
+        const auto digits = url.substr(at + 1, 2);
+        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
+        if (error != std::errc() || digits.size() != 2 || end != digits.data() + digits.size()) return {};
+        path += static_cast<char>(byte);
+        at += 2;
+    }
+    return ToLocation(path);
+}
 
 std::filesystem::path ToPath(const IO::Location& location) {
     return ToUtf8(location.ToDisplayText());

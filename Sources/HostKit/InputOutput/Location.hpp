@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string_view>
 
 #include "Name.hpp"
 
@@ -27,6 +28,10 @@ class Location {
 
     // Fails for an empty location only.
     GSErrCode ToPath(GS::UniString* result) const;
+    // The "file:" address, with percent signs for what may not stand in one.
+    GSErrCode ToURLString(GS::UniString* result) const;
+    // Whether a file of this name could be.
+    bool IsLegalInNativeFileSystem() const;
     GS::UniString ToDisplayText() const { return path; }
     bool IsEmpty() const { return path.IsEmpty(); }
 
@@ -44,5 +49,8 @@ namespace hostkit {
 // The host's locations from and to the standard library's paths.
 std::filesystem::path ToPath(const IO::Location& location);
 IO::Location ToLocation(const std::filesystem::path& path);
+
+// The location of a "file:" address; empty for any other text.
+IO::Location LocationOfUrl(std::string_view url);
 
 }  // namespace hostkit

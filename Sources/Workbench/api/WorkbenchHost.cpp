@@ -1,7 +1,5 @@
 #include "Workbench/api/WorkbenchHost.hpp"
 
-#include <QImage>
-#include <QSaveFile>
 #include <algorithm>
 #include <string_view>
 
@@ -88,9 +86,11 @@ GSErrCode WorkbenchHost::Save(const API_FileSavePars& pars, const void* formatRe
         case APIFType_IfcFile:
             return SaveAsIfc(file, *static_cast<const API_SavePars_Ifc*>(formatRecord));
         case APIFType_PNGFile:
-            return SaveAsPicture(file, "PNG", *static_cast<const API_SavePars_Picture*>(formatRecord));
         case APIFType_JPEGFile:
-            return SaveAsPicture(file, "JPEG", *static_cast<const API_SavePars_Picture*>(formatRecord));
+            return SaveAsPicture(file, pars.fileTypeID,
+                                 *static_cast<const API_SavePars_Picture*>(formatRecord));
+        case APIFType_PdfFile:
+            return SaveAsPdf(file, *static_cast<const API_SavePars_Pdf*>(formatRecord));
         default:
             return APIERR_REFUSEDPAR;
     }
@@ -108,17 +108,6 @@ GSErrCode WorkbenchHost::SaveAsIfc(const std::filesystem::path& file, const API_
         default:
             return APIERR_REFUSEDPAR;
     }
-}
-
-GSErrCode WorkbenchHost::SaveAsPicture(const std::filesystem::path& file, const char* format,
-                                       const API_SavePars_Picture& pars) {
-    const QImage picture = application.Front().kind == FrontWindow::Kind::plan
-                               ? application.PicturePlan(pars.keepSelectionHighlight)
-                               : application.Picture3D(pars.keepSelectionHighlight);
-    QSaveFile out(QString::fromStdString(file.string()));
-    const bool saved =
-        !picture.isNull() && out.open(QIODevice::WriteOnly) && picture.save(&out, format) && out.commit();
-    return saved ? NoError : static_cast<GSErrCode>(APIERR_GENERAL);
 }
 
 GSErrCode WorkbenchHost::ExportTranslators(GS::Array<API_IFCTranslatorIdentifier>& translators) {

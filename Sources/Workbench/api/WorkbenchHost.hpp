@@ -1,9 +1,12 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
+#include <string>
 #include <vector>
 
 #include "HostKit/API/Host.hpp"
+#include "Workbench/view/PlanDrawing.hpp"
 
 namespace workbench {
 
@@ -25,6 +28,8 @@ class WorkbenchHost : public hostkit::Host {
 
     GSErrCode Open(const API_FileOpenPars& pars) override;
     GSErrCode Save(const API_FileSavePars& pars, const void* formatRecord) override;
+    GSErrCode CallCommand(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
+                          GSPtr result) override;
     void BeginUndoable(const GS::UniString& name) override;
     void EndUndoable(bool succeeded) override;
     GSErrCode CreateElement(API_Element& element) override;
@@ -66,8 +71,17 @@ class WorkbenchHost : public hostkit::Host {
     Application& Settled() const;
     bool KnowsAny(const std::vector<API_Guid>& elements) const;
     GSErrCode SaveAsIfc(const std::filesystem::path& file, const API_SavePars_Ifc& pars);
-    GSErrCode SaveAsPicture(const std::filesystem::path& file, const char* format,
+    GSErrCode SaveAsPicture(const std::filesystem::path& file, API_FTypeID type,
                             const API_SavePars_Picture& pars);
+    GSErrCode SaveAsPdf(const std::filesystem::path& file, const API_SavePars_Pdf& pars);
+    GSErrCode SaveAsDwg(const hostkit::CommandParameters& parameters);
+    struct Plan {
+        PlanDrawing drawing;
+        std::string storey;
+        std::string title;
+    };
+    /// Writes the plan of the storey in front, or that was in front last; "write" throws PlanFileError.
+    GSErrCode SavePlan(const std::function<void(const Plan&)>& write);
 
     Application& application;
 };

@@ -6,6 +6,8 @@
 #include <nlohmann/json.hpp>
 
 #include "HostKit/API/Registry.hpp"
+#include "Workbench/console/PageScripts.hpp"
+#include "Workbench/console/PlanTour.hpp"
 #include "Workbench/console/ViewpointTour.hpp"
 
 namespace workbench {
@@ -25,13 +27,6 @@ std::string HashOf(const std::filesystem::path& file) {
         throw AutomationError("cannot read " + file.string());
     }
     return hash.result().toHex().toStdString();
-}
-
-// Types into a field as a person does: the page hears of it.
-std::string Type(const std::string& selector, const std::string& text) {
-    return "(() => { const field = document.querySelector('" + selector +
-           "'); field.value = " + Json(text).dump() +
-           "; field.dispatchEvent(new Event('input', {bubbles: true})); })();";
 }
 
 }  // namespace
@@ -63,7 +58,7 @@ bool Tour::Run(const std::filesystem::path& model) {
            Step("Open the palette", [&] { return OpenPalette(); }) &&
            Step("Sign in", [&] { return SignIn(); }) &&
            Step("Upload the model", [&] { return UploadModel(); }) &&
-           Step("Compare what is stored", [&] { return CompareStored(); }) && PublishSet() &&
+           Step("Compare what is stored", [&] { return CompareStored(); }) && UploadPlans() && PublishSet() &&
            Step("Merge with a copy", [&] { return MergeWithCopy(); }) &&
            Step("Undo the merge", [&] { return UndoMerge(); }) && ReturnToViewpoints() &&
            Step("Take pictures", [&] { return TakePictures(); });
@@ -180,6 +175,16 @@ std::string Tour::PublishTicked() {
                                            " document.querySelector('#publish-status')]"
                                            ".map(shown => shown.textContent.trim()).join(': ')"))
         .get<std::string>();
+}
+
+bool Tour::UploadPlans() {
+    PlanTour plans(application, automation);
+    bool succeeded = true;
+    for (const std::string& format : PlanTour::Formats())
+        succeeded = succeeded && Step("Upload a plan: " + format, [&] { return plans.Upload(format); });
+    application.BringToFront({});
+    automation.Evaluate("document.querySelector('#tab-documents').click()");
+    return succeeded;
 }
 
 std::string Tour::MergeWithCopy() {

@@ -28,6 +28,7 @@ class Tour {
     std::string CompareStored();
     bool PublishSet();
     std::string PublishTicked();
+    bool UploadPlans();
     std::string MergeWithCopy();
     std::string UndoMerge();
     bool ReturnToViewpoints();

@@ -27,6 +27,8 @@ QString TypeText(const PublisherItem& item) {
     switch (item.format) {
         case PublishFormat::pdf:
             return "PDF";
+        case PublishFormat::dwg:
+            return "DWG";
         case PublishFormat::png:
             return "PNG";
         case PublishFormat::jpeg:

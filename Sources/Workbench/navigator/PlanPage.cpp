@@ -32,7 +32,7 @@ struct Sheet {
 constexpr Sheet a3{420, 297};
 constexpr Sheet a0{1189, 841};
 
-QSizeF SheetFor(const QRectF& metres, double scale) {
+QSizeF SheetFor(const QSizeF& metres, double scale) {
     const double width = std::max(leastWidth, metres.width() * 1000 / scale + 2 * margin);
     const double height = metres.height() * 1000 / scale + 2 * margin + strip;
     // In whole points, as the page's size is written.
@@ -47,7 +47,7 @@ bool Fits(const QSizeF& size, const Sheet& sheet) {
            std::min(size.width(), size.height()) <= sheet.width;
 }
 
-double UsualScale(const QRectF& metres) {
+double UsualScale(const QSizeF& metres) {
     for (const double scale : {20.0, 50.0})
         if (Fits(SheetFor(metres, scale), a3)) return scale;
     for (double power = 100;; power *= 10)
@@ -55,30 +55,36 @@ double UsualScale(const QRectF& metres) {
             if (Fits(SheetFor(metres, digit * power), a0)) return digit * power;
 }
 
-}  // namespace
-
-std::optional<PlanPage> PlanPage::For(PlanDrawing drawing, std::optional<double> scale) {
-    const QRectF& bounds = drawing.bounds;
-    if (drawing.elements.empty() || !std::isfinite(bounds.width()) || !std::isfinite(bounds.height()))
-        return std::nullopt;
-    const double chosen = scale.value_or(UsualScale(bounds));
-    const QSizeF size = SheetFor(bounds, chosen);
-    if (std::max(size.width(), size.height()) > mostSide) return std::nullopt;
-    return PlanPage(std::move(drawing), chosen);
-}
-
-// The drawing's middle becomes its origin: far away from that, readers of PDF round coordinates.
-PlanPage::PlanPage(PlanDrawing plan, double scale)
-    : drawing(std::move(plan)), scale(scale), sheet(SheetFor(drawing.bounds, scale)) {
-    const QPointF middle = drawing.bounds.center();
+// Around the origin: readers of PDF count in single precision.
+PlanDrawing Centred(PlanDrawing drawing) {
+    const QPointF shift = -drawing.bounds.center();
+    drawing.bounds.translate(shift);
     for (PlanElement& element : drawing.elements) {
-        element.bounds.translate(-middle);
+        element.bounds.translate(shift);
+        for (QLineF& edge : element.edges)
+            edge.translate(shift);
         for (SectionPart& part : element.parts)
             for (QPolygonF& ring : part.rings)
-                ring.translate(-middle);
+                ring.translate(shift);
     }
-    drawing.bounds.translate(-middle);
+    return drawing;
 }
+
+}  // namespace
+
+std::optional<PlanPage> PlanPage::For(PlanDrawing drawing, std::optional<double> scale,
+                                      std::optional<QSizeF> extent) {
+    const QSizeF metres = extent.value_or(drawing.bounds.size());
+    if (drawing.elements.empty() || !std::isfinite(metres.width()) || !std::isfinite(metres.height()))
+        return std::nullopt;
+    const double chosen = scale.value_or(UsualScale(metres));
+    const QSizeF size = SheetFor(metres, chosen);
+    if (std::max(size.width(), size.height()) > mostSide) return std::nullopt;
+    return PlanPage(std::move(drawing), chosen, size);
+}
+
+PlanPage::PlanPage(PlanDrawing drawing, double scale, const QSizeF& sheet)
+    : drawing(Centred(std::move(drawing))), scale(scale), sheet(sheet) {}
 
 bool PlanPage::WritePdf(QIODevice& out, const std::string& title) const {
     QPdfWriter writer(&out);

@@ -21,18 +21,17 @@ struct FormatName {
     std::string_view name;
     PublishFormat format;
 };
-constexpr FormatName formatNames[] = {{"pdf", PublishFormat::pdf},
-                                      {"png", PublishFormat::png},
-                                      {"jpeg", PublishFormat::jpeg},
-                                      {"jpg", PublishFormat::jpeg},
-                                      {"ifc", PublishFormat::ifc}};
+constexpr FormatName formatNames[] = {{"pdf", PublishFormat::pdf},  {"dwg", PublishFormat::dwg},
+                                      {"png", PublishFormat::png},  {"jpeg", PublishFormat::jpeg},
+                                      {"jpg", PublishFormat::jpeg}, {"ifc", PublishFormat::ifc}};
 
 // The first is the usual one.
 std::span<const PublishFormat> FormatsOf(Kind kind) {
-    static constexpr PublishFormat ofPlans[] = {PublishFormat::pdf, PublishFormat::png, PublishFormat::jpeg};
+    static constexpr PublishFormat ofPlans[] = {PublishFormat::pdf, PublishFormat::dwg, PublishFormat::png,
+                                                PublishFormat::jpeg};
     static constexpr PublishFormat ofModels[] = {PublishFormat::ifc};
     if (kind == Kind::model) return ofModels;
-    return kind == Kind::floorPlan ? std::span(ofPlans) : std::span(ofPlans).subspan(1);
+    return kind == Kind::floorPlan ? std::span(ofPlans) : std::span(ofPlans).subspan(2);
 }
 
 // Where in the file: "sets[0].items[2]".

@@ -44,11 +44,11 @@ std::vector<PublisherSet> DefaultSets(const Project& project, Say say) {
     PublisherSet plans{.name = say("Floor Plans", "Grundrisse")};
     plans.items = OfStoreys(project, [](const Storey& storey, std::size_t place) -> Items {
         const PublisherItem plan{.kind = Kind::floorPlan, .name = storey.name, .storey = place};
-        PublisherItem pdf = plan, png = plan;
+        PublisherItem pdf = plan, dwg = plan;
         pdf.name += " (PDF)";
-        png.name += " (PNG)";
-        png.format = PublishFormat::png;
-        return {pdf, png};
+        dwg.name += " (DWG)";
+        dwg.format = PublishFormat::dwg;
+        return {pdf, dwg};
     });
 
     PublisherSet views{.name = say("3D Views", "3D-Ansichten")};

@@ -13,7 +13,7 @@
 
 namespace workbench {
 
-enum class PublishFormat { pdf, png, jpeg, ifc };
+enum class PublishFormat { pdf, dwg, png, jpeg, ifc };
 
 /// What can be published, or a folder of such items.
 struct PublisherItem {

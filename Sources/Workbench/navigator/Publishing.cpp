@@ -1,6 +1,5 @@
 #include "Workbench/navigator/Publishing.hpp"
 
-#include <QSaveFile>
 #include <algorithm>
 #include <memory>
 #include <set>
@@ -9,7 +8,7 @@
 
 #include "Workbench/api/Application.hpp"
 #include "Workbench/exchange/Exchange.hpp"
-#include "Workbench/navigator/PlanPage.hpp"
+#include "Workbench/navigator/PlanFiles.hpp"
 
 namespace workbench {
 
@@ -19,13 +18,14 @@ namespace fs = std::filesystem;
 using Kind = PublisherItem::Kind;
 
 constexpr int mostNameBytes = 180;  // file systems take 255, with extension and the marks of temporary files
-constexpr int jpegQuality = 92;
 constexpr QSize viewSize(1920, 1200);
 
 const char* ExtensionOf(PublishFormat format) {
     switch (format) {
         case PublishFormat::pdf:
             return ".pdf";
+        case PublishFormat::dwg:
+            return ".dwg";
         case PublishFormat::png:
             return ".png";
         case PublishFormat::jpeg:
@@ -34,6 +34,10 @@ const char* ExtensionOf(PublishFormat format) {
             break;
     }
     return ".ifc";
+}
+
+PictureFormat PictureFormatOf(const PublisherItem& item) {
+    return item.format == PublishFormat::jpeg ? PictureFormat::jpeg : PictureFormat::png;
 }
 
 std::size_t LeafCount(const PublisherItem& item) {
@@ -72,13 +76,16 @@ class Publisher {
         }
         result.stopped = result.stopped || !Report(item, 0);
         if (result.stopped) return;
+        fs::path file;
         try {
             if (!item.problem.empty()) throw Problem(item.problem);
-            const fs::path file = FreeFile(item, folder);
+            file = FreeFile(item, folder);
             Write(item, file);
             if (!result.stopped) result.files.push_back(file);
         } catch (const Problem& problem) {
             result.failures.push_back({item.name, problem.what()});
+        } catch (const PlanFileError& error) {
+            result.failures.push_back({item.name, Describe(error, file, say)});
         }
         ++done;
     }
@@ -112,7 +119,7 @@ class Publisher {
                               "Die Formen werden noch gelesen. Publizieren Sie erneut, wenn sie da sind."));
         }
         if (item.kind == Kind::floorPlan) return WritePlan(item, file);
-        WritePicture(ViewPicture(item), item.format, file);
+        WritePicture(ViewPicture(item), PictureFormatOf(item), file);
     }
 
     void WriteModel(const PublisherItem& item, const fs::path& file) {
@@ -123,21 +130,14 @@ class Publisher {
             throw Problem(Describe(saved, say.language));
     }
 
-    void WritePlan(const PublisherItem& item, const fs::path& file) {
+    void WritePlan(const PublisherItem& item, const fs::path& file) const {
         const Project& project = application.OpenProject();
-        const Storey& storey = project.Storeys()[*item.storey];
-        PlanDrawing drawing = DrawPlan(application.ShapesOn(*item.storey), storey.elevation);
-        if (drawing.elements.empty())
-            throw Problem(
-                say("There is nothing to see in this plan.", "In diesem Plan ist nichts zu sehen."));
-        const std::optional<PlanPage> page = PlanPage::For(std::move(drawing), item.scale);
-        if (!page) {
-            throw Problem(say("The plan is too large for a sheet; choose a coarser scale.",
-                              "Der Plan ist zu groß für ein Blatt; wählen Sie einen kleineren Maßstab."));
-        }
-        const std::string title = project.Name() + "  ·  " + storey.name;
-        if (item.format != PublishFormat::pdf) return WritePicture(page->Picture(title), item.format, file);
-        Save(file, [&](QIODevice& out) { return page->WritePdf(out, title); });
+        const PlanDrawing drawing = DrawPlan(project, *item.storey, application.ShapesOn(*item.storey));
+        const std::string& name = project.Storeys()[*item.storey].name;
+        const std::string title = project.Name() + "  ·  " + name;
+        if (item.format == PublishFormat::dwg) return WritePlanDwg(drawing, name, file);
+        if (item.format == PublishFormat::pdf) return WritePlanPdf(drawing, title, file, {item.scale});
+        WritePlanPicture(drawing, title, PictureFormatOf(item), file, {item.scale});
     }
 
     QImage ViewPicture(const PublisherItem& item) {
@@ -156,24 +156,6 @@ class Publisher {
             throw Problem(
                 say("There is nothing to see in this view.", "In dieser Ansicht ist nichts zu sehen."));
         return view->Render(item.camera.value_or(DefaultCamera(view->Bounds(), viewSize)), viewSize);
-    }
-
-    void WritePicture(const QImage& picture, PublishFormat format, const fs::path& file) const {
-        if (picture.isNull())
-            throw Problem(
-                say("The picture cannot be drawn here.", "Das Bild lässt sich hier nicht zeichnen."));
-        const bool isJpeg = format == PublishFormat::jpeg;
-        Save(file, [&](QIODevice& out) {
-            return picture.save(&out, isJpeg ? "JPEG" : "PNG", isJpeg ? jpegQuality : -1);
-        });
-    }
-
-    void Save(const fs::path& file, const std::function<bool(QIODevice&)>& write) const {
-        QSaveFile out(QString::fromStdString(file.string()));
-        // flush: commit() does not notice when the last buffer could not be written.
-        if (out.open(QIODevice::WriteOnly) && write(out) && out.flush() && out.commit()) return;
-        throw Problem(say("The file cannot be written: ", "Die Datei lässt sich nicht schreiben: ") +
-                      file.string() + " (" + out.errorString().toStdString() + ")");
     }
 
     Application& application;

@@ -1,24 +1,19 @@
 #include "Workbench/view/PlanDrawing.hpp"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <limits>
 #include <utility>
 
+#include "Workbench/project/Project.hpp"
+#include "Workbench/view/Camera.hpp"
+#include "Workbench/view/CutFace.hpp"
+#include "Workbench/view/PlanEdges.hpp"
+
 namespace workbench {
 namespace {
-
-// Relative to the ring's own corner, since far from the coordinate origin nothing else is precise.
-double AreaOf(const QPolygonF& ring) {
-    double twice = 0;
-    for (qsizetype at = 1; at + 1 < ring.size(); ++at) {
-        const QPointF a = ring[at] - ring[0];
-        const QPointF b = ring[at + 1] - ring[0];
-        twice += a.x() * b.y() - a.y() * b.x();
-    }
-    return std::abs(twice) / 2;
-}
 
 double LengthOf(const QPolygonF& ring) {
     double length = 0;
@@ -29,17 +24,12 @@ double LengthOf(const QPolygonF& ring) {
     return length;
 }
 
-double DistanceTo(const QPolygonF& ring, QPointF point) {
-    double least = std::numeric_limits<double>::infinity();
-    for (qsizetype at = 0; at < ring.size(); ++at) {
-        const QPointF start = ring[at];
-        const QPointF way = ring[(at + 1) % ring.size()] - start;
-        const double squared = QPointF::dotProduct(way, way);
-        const double along = squared > 0 ? QPointF::dotProduct(point - start, way) / squared : 0;
-        const QPointF apart = start + way * std::clamp(along, 0.0, 1.0) - point;
-        least = std::min(least, std::hypot(apart.x(), apart.y()));
-    }
-    return least;
+double DistanceTo(const QLineF& line, QPointF point) {
+    const QPointF way = line.p2() - line.p1();
+    const double squared = QPointF::dotProduct(way, way);
+    const double along = squared > 0 ? QPointF::dotProduct(point - line.p1(), way) / squared : 0;
+    const QPointF apart = line.p1() + way * std::clamp(along, 0.0, 1.0) - point;
+    return std::hypot(apart.x(), apart.y());
 }
 
 bool Holds(const PlanElement& element, QPointF point) {
@@ -56,23 +46,56 @@ double DistanceTo(const PlanElement& element, QPointF point) {
     double least = std::numeric_limits<double>::infinity();
     for (const SectionPart& part : element.parts)
         for (const QPolygonF& ring : part.rings)
-            least = std::min(least, DistanceTo(ring, point));
+            for (qsizetype at = 0; at < ring.size(); ++at)
+                least = std::min(least, DistanceTo({ring[at], ring[(at + 1) % ring.size()]}, point));
+    for (const QLineF& edge : element.edges)
+        least = std::min(least, DistanceTo(edge, point));
     return least;
 }
 
-PlanElement ElementOf(std::uint64_t record, std::vector<SectionPart> parts) {
-    PlanElement element;
-    element.record = record;
-    element.parts = std::move(parts);
+// The triangles of what a cut leaves of an element.
+using Caps = std::vector<std::array<Vec3, 3>>;
+
+Caps CapsOf(const std::vector<SectionPart>& parts, const Plane& plane, const PlaneFrame& frame,
+            const Vec3& origin) {
+    Caps caps;
+    for (const SectionPart& part : parts) {
+        const Surface face = CutFaceOf(part, plane, frame, origin);
+        const auto corner = [&](std::size_t at) {
+            const auto& place = face.vertices[face.triangles[at]].position;
+            return origin + Vec3{place[0], place[1], place[2]};
+        };
+        for (std::size_t at = 0; at + 2 < face.triangles.size(); at += 3)
+            caps.push_back({corner(at), corner(at + 1), corner(at + 2)});
+    }
+    return caps;
+}
+
+double AreaOf(const Caps& caps) {
+    double area = 0;
+    for (const auto& [a, b, c] : caps)
+        area += Length(Cross(b - a, c - a)) / 2;
+    return area;
+}
+
+double LengthOf(const std::vector<SectionPart>& parts) {
     double length = 0;
-    for (const SectionPart& part : element.parts)
-        for (const QPolygonF& ring : part.rings) {
-            element.bounds |= ring.boundingRect();
-            element.area += AreaOf(ring);
+    for (const SectionPart& part : parts)
+        for (const QPolygonF& ring : part.rings)
             length += LengthOf(ring);
-        }
-    element.thickness = 2 * element.area / length;
-    return element;
+    return length;
+}
+
+QRectF BoundsOf(const PlanElement& element) {
+    Box3 box;
+    for (const SectionPart& part : element.parts)
+        for (const QPolygonF& ring : part.rings)
+            for (const QPointF& point : ring)
+                box.Add(Vec3{point.x(), point.y(), 0});
+    for (const QLineF& edge : element.edges)
+        for (const QPointF& point : {edge.p1(), edge.p2()})
+            box.Add(Vec3{point.x(), point.y(), 0});
+    return {QPointF(box.min.x, box.min.y), QPointF(box.max.x, box.max.y)};
 }
 
 }  // namespace
@@ -80,14 +103,36 @@ PlanElement ElementOf(std::uint64_t record, std::vector<SectionPart> parts) {
 PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double elevation) {
     const Plane plane{{0, 0, 1}, elevation + planCutHeight};
     const PlaneFrame frame = FrameOf(plane);
-    PlanDrawing drawing;
+    std::vector<PlanElement> elements;
+    Caps caps;
     for (const ElementMeshPtr& mesh : meshes) {
-        std::vector<SectionPart> parts = SectionOf(*mesh, plane, frame);
-        if (parts.empty()) continue;
-        drawing.elements.push_back(ElementOf(mesh->record, std::move(parts)));
-        drawing.bounds |= drawing.elements.back().bounds;
+        PlanElement& element = elements.emplace_back();
+        element.record = mesh->record;
+        element.parts = SectionOf(*mesh, plane, frame);
+        if (element.parts.empty()) continue;
+        const Caps own = CapsOf(element.parts, plane, frame, mesh->origin);
+        element.area = AreaOf(own);
+        element.thickness = 2 * element.area / LengthOf(element.parts);
+        caps.insert(caps.end(), own.begin(), own.end());
+    }
+    std::vector<std::vector<QLineF>> edges = EdgesBelow(meshes, plane.distance, caps);
+    PlanDrawing drawing;
+    for (std::size_t at = 0; at < elements.size(); ++at) {
+        PlanElement& element = elements[at];
+        element.edges = std::move(edges[at]);
+        if (element.parts.empty() && element.edges.empty()) continue;
+        element.bounds = BoundsOf(element);
+        drawing.bounds |= element.bounds;
+        drawing.elements.push_back(std::move(element));
     }
     std::ranges::stable_sort(drawing.elements, std::greater(), &PlanElement::area);
+    return drawing;
+}
+
+PlanDrawing DrawPlan(const Project& project, std::size_t storey, std::span<const ElementMeshPtr> meshes) {
+    PlanDrawing drawing = DrawPlan(meshes, project.Storeys().at(storey).elevation);
+    for (PlanElement& shown : drawing.elements)
+        if (const Element* element = project.FindByRecord(shown.record)) shown.ifcClass = element->ifcClass;
     return drawing;
 }
 

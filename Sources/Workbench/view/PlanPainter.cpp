@@ -15,18 +15,11 @@ constexpr double thickest = 2.7;    // hairlines
 constexpr double longestBar = 140;
 
 const QColor ink(40, 46, 54);
+const QColor edgeInk(112, 120, 130);
 const QColor selectedInk(5, 92, 41);
 
 double Brightness(const std::array<float, 4>& colour) {
     return 0.30 * colour[0] + 0.59 * colour[1] + 0.11 * colour[2];
-}
-
-QColor FillOf(const std::array<float, 4>& colour) {
-    const double share = (1 - lightened) * std::clamp<double>(colour[3], 0, 1);
-    const auto onPaper = [&](float value) {
-        return static_cast<float>(shaded * (1 + (std::clamp<double>(value, 0, 1) - 1) * share));
-    };
-    return QColor::fromRgbF(onPaper(colour[0]), onPaper(colour[1]), onPaper(colour[2]));
 }
 
 QColor SelectedFillOf(const std::array<float, 4>& colour) {
@@ -53,6 +46,10 @@ QPen PenFor(const PlanElement& element, const QColor& colour, double hairline) {
     return pen;
 }
 
+void DrawEdges(QPainter& painter, const PlanElement& element) {
+    painter.drawLines(element.edges.data(), static_cast<int>(element.edges.size()));
+}
+
 // The largest of 1, 2 and 5 times a power of ten that is not above `most`.
 double RoundLength(double most) {
     const double power = std::pow(10, std::floor(std::log10(most)));
@@ -70,23 +67,36 @@ QString LengthText(double metres) {
 
 }  // namespace
 
+QColor PlanFill(const std::array<float, 4>& colour) {
+    const double share = (1 - lightened) * std::clamp<double>(colour[3], 0, 1);
+    const auto onPaper = [&](float value) {
+        return static_cast<float>(shaded * (1 + (std::clamp<double>(value, 0, 1) - 1) * share));
+    };
+    return QColor::fromRgbF(onPaper(colour[0]), onPaper(colour[1]), onPaper(colour[2]));
+}
+
 void PaintPlan(QPainter& painter, const PlanDrawing& drawing, const QTransform& toPicture,
                const std::unordered_set<std::uint64_t>& selected, double hairline) {
     const double inMetres = hairline / std::hypot(toPicture.m11(), toPicture.m12());
     const double reach = thickest * hairline;
-    const QRectF window = QRectF(painter.window()).adjusted(-reach, -reach, reach, reach);
+    const QRectF window(painter.window());
     const auto isOutside = [&](const PlanElement& element) {
-        return !toPicture.mapRect(element.bounds).intersects(window);
+        return !toPicture.mapRect(element.bounds).adjusted(-reach, -reach, reach, reach).intersects(window);
     };
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setTransform(toPicture, true);
     for (const PlanElement& element : drawing.elements) {
-        if (isOutside(element)) continue;
+        if (element.edges.empty() || isOutside(element)) continue;
+        painter.setPen(QPen(edgeInk, inMetres, Qt::SolidLine, Qt::FlatCap));
+        DrawEdges(painter, element);
+    }
+    for (const PlanElement& element : drawing.elements) {
+        if (element.parts.empty() || isOutside(element)) continue;
         const bool isSelected = selected.contains(element.record);
         painter.setPen(PenFor(element, ink, inMetres));
         for (const SectionPart& part : element.parts) {
-            painter.setBrush(isSelected ? SelectedFillOf(part.colour) : FillOf(part.colour));
+            painter.setBrush(isSelected ? SelectedFillOf(part.colour) : PlanFill(part.colour));
             painter.drawPath(PathOf(part));
         }
     }
@@ -97,6 +107,7 @@ void PaintPlan(QPainter& painter, const PlanDrawing& drawing, const QTransform& 
         painter.setPen(PenFor(element, selectedInk, inMetres));
         for (const SectionPart& part : element.parts)
             painter.drawPath(PathOf(part));
+        DrawEdges(painter, element);
     }
     painter.restore();
 }

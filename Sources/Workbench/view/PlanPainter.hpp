@@ -1,14 +1,19 @@
 #pragma once
 
+#include <QColor>
 #include <QPainter>
 #include <QRectF>
 #include <QTransform>
+#include <array>
 #include <cstdint>
 #include <unordered_set>
 
 #include "Workbench/view/PlanDrawing.hpp"
 
 namespace workbench {
+
+// On paper, of what is cut of a material with that colour (red, green, blue, alpha: 0 to 1).
+QColor PlanFill(const std::array<float, 4>& colour);
 
 // Draws a plan through `toPicture`, which leads from its metres to the painter's coordinates, with Y turned
 // round. Selected records get the colour that they have in the 3D picture. Lines keep their width at any

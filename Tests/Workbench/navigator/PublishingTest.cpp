@@ -79,8 +79,8 @@ TEST_F(PublishingTest, WithoutAFileTheSetsAreMadeOfTheStoreys) {
     OpenHouse();
     const std::string upper = "Dachterrasse (Obergeschoß)";
     EXPECT_THAT(Trees(application->Publisher()),
-                ElementsAre("Floor Plans: Erdgeschoss (PDF), Erdgeschoss (PNG), " + upper + " (PDF), " +
-                                upper + " (PNG)",
+                ElementsAre("Floor Plans: Erdgeschoss (PDF), Erdgeschoss (DWG), " + upper + " (PDF), " +
+                                upper + " (DWG)",
                             "3D Views: Whole Model, Erdgeschoss, " + upper, "Model: House"));
 
     const auto document = step::Document::FromBytes(
@@ -91,7 +91,7 @@ TEST_F(PublishingTest, WithoutAFileTheSetsAreMadeOfTheStoreys) {
                        "#5=IFCRELAGGREGATES('5',$,$,$,#1,(#3));\n#6=IFCRELAGGREGATES('6',$,$,$,#2,(#4));\n"));
     const PublisherSets sets(Project(document, folder / "Two.ifc"), Say{Language::german});
     EXPECT_THAT(Trees(sets),
-                ElementsAre("Grundrisse: West[EG (PDF), EG (PNG)], Öst/lich[EG (PDF), EG (PNG)]",
+                ElementsAre("Grundrisse: West[EG (PDF), EG (DWG)], Öst/lich[EG (PDF), EG (DWG)]",
                             "3D-Ansichten: Gesamtmodell, West[EG], Öst/lich[EG]", "Modell: Two"));
 }
 
@@ -100,19 +100,19 @@ TEST_F(PublishingTest, AFileBesideTheModelSaysWhatThereIs) {
         {"name": "A", "items": [{"name": "x", "show": "plan", "storey": "Erdgeschoss", "scale": 50},
                                 {"name": "x", "show": "plan", "storey": 1, "format": "jpg"}, {"name": "leer", "items": []}]},
         {"name": "Hof", "show": "3d", "camera": [9, -4, 2], "target": [0, 0, 1]},
-        {"name": "dwg", "show": "plan", "storey": 0, "format": "dwg"},
+        {"name": "svg", "show": "plan", "storey": 0, "format": "svg"},
         {"name": "Keller", "show": "plan", "storey": "Keller"}]}, {"name": "Leer", "items": []}]})");
     OpenHouse();
     EXPECT_THAT(driver.Alerts(), IsEmpty());
     EXPECT_THAT(Trees(application->Publisher()),
-                ElementsAre("Ausführung: A[x, x, leer[]], Hof, dwg, Keller", "Leer: "));
+                ElementsAre("Ausführung: A[x, x, leer[]], Hof, svg, Keller", "Leer: "));
     const auto& items = Set(0).items;
     EXPECT_EQ(items[0].children[0].scale, 50);
     EXPECT_EQ(items[0].children[1].format, PublishFormat::jpeg);
     EXPECT_EQ(items[0].children[1].storey, 1U);
     EXPECT_EQ(items[1].camera->position, (Vec3{9, -4, 2}));
     EXPECT_EQ(items[1].format, PublishFormat::png);
-    EXPECT_THAT(items[2].problem, HasSubstr("dwg"));
+    EXPECT_THAT(items[2].problem, HasSubstr("svg"));
     EXPECT_THAT(items[3].problem, HasSubstr("Keller"));
 
     const API_Guid first = items[0].children[0].guid, second = items[0].children[1].guid;
@@ -184,7 +184,7 @@ TEST_F(PublishingTest, TheNavigatorAnswersTheAddOn) {
 TEST_F(PublishingTest, EachFormatIsARealFile) {
     WriteSets(R"({"sets": [{"name": "s", "items": [
         {"name": "EG", "show": "plan", "storey": 0, "scale": 50}, {"name": "EG", "show": "plan", "storey": 0, "scale": 50},
-        {"name": "EG", "show": "plan", "storey": 0, "scale": 50, "format": "png"},
+        {"name": "EG", "show": "plan", "storey": 0, "scale": 50, "format": "png"}, {"name": "EG", "show": "plan", "storey": 0, "format": "dwg"},
         {"name": "../.3D: ä", "items": [{"name": ".v/1", "show": "3d", "format": "jpeg"}, {"name": "v2", "show": "3d", "storey": 0}]},
         {"name": "M", "show": "model"}]}]})");
     OpenHouse();
@@ -193,8 +193,8 @@ TEST_F(PublishingTest, EachFormatIsARealFile) {
     const QImage before = state();
     ASSERT_EQ(Publish(Set(0).guid), NoError);
     EXPECT_EQ(state(), before) << "the person's window is as it was";
-    EXPECT_THAT(Files(), ElementsAre("EG (2).pdf", "EG.pdf", "EG.png", "M.ifc", "_.-.3D- ä/_v-1.jpg",
-                                     "_.-.3D- ä/v2.png"));
+    EXPECT_THAT(Files(), ElementsAre("EG (2).pdf", "EG.dwg", "EG.pdf", "EG.png", "M.ifc",
+                                     "_.-.3D- ä/_v-1.jpg", "_.-.3D- ä/v2.png"));
 
     const fs::path out = folder / "out";
     const std::string pdf = FileBytes(out / "EG.pdf");
@@ -222,13 +222,13 @@ TEST_F(PublishingTest, EachFormatIsARealFile) {
 
     const auto written = fs::last_write_time(out / "EG.pdf");
     ASSERT_EQ(Publish(Set(0).guid, GS::Array<API_Guid>{Set(0).items[0].guid}), NoError);
-    EXPECT_THAT(Files(), SizeIs(6)) << "published again, it replaces its file";
+    EXPECT_THAT(Files(), SizeIs(7)) << "published again, it replaces its file";
     EXPECT_GT(fs::last_write_time(out / "EG.pdf"), written);
 }
 
 TEST_F(PublishingTest, WhatFailsLeavesNoFile) {
     WriteSets(
-        R"({"sets": [{"name": "s", "items": [{"name": "dwg", "show": "plan", "storey": 0, "format": "dwg"},
+        R"({"sets": [{"name": "s", "items": [{"name": "svg", "show": "plan", "storey": 0, "format": "svg"},
         {"name": "huge", "show": "plan", "storey": 0, "scale": 1}, {"name": "v", "show": "3d"}, {"name": "p", "show": "plan", "storey": 0},
         {"name": "m", "show": "model"}]}, {"name": "t", "items": []}]})");
     OpenHouse();
@@ -255,7 +255,7 @@ TEST_F(PublishingTest, WhatFailsLeavesNoFile) {
 
     struct Stopper : ApplicationObserver {
         bool Working(const std::string& what, double) override {
-            return what.find("dwg") != std::string::npos;
+            return what.find("svg") != std::string::npos;
         }
     } stopper;
     application->Watch(stopper);
