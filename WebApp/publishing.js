@@ -48,7 +48,8 @@ export class Publishing {
     async start(what, { projectId, set, items, folderId }) {
         if (this.isBusy()) return;
         const chosen = itemsFor(what, [...items.values()]);
-        const run = { what, projectId, set, items, folderId, keys: chosen.map(({ key }) => key) };
+        const { token } = this.service;
+        const run = { what, projectId, set, items, folderId, token, keys: chosen.map(({ key }) => key) };
         this.#run = run;
         await this.#try(run, async () => {
             const missing = what === "upload" ? chosen.filter((item) => !hasFile(item)) : chosen;
@@ -94,15 +95,17 @@ export class Publishing {
         if (run?.uploads) await this.#settle(run, new Map(), text("publish.nothingUploaded"));
     }
 
-    /** Frees the page from a run that never ends; what is known of it is shown, and a late end still is. */
+    /** Frees the page from a run that never ends; what is known of it is shown, and a late end of uploads still is. */
     async stopWaiting() {
         const run = this.#run;
         if (!run || !this.isBusy()) return;
-        const ids = run.uploads ? await this.#documents(run) : new Map();
+        const unknown = new Promise((resolve) => setTimeout(() => resolve(new Map()), 2 * this.interval));
+        const ids = run.uploads ? await Promise.race([this.#documents(run), unknown]) : new Map();
         if (run !== this.#run || !this.isBusy()) return;
         this.#outcome(run, ids, text("publish.noAnswer"));
         if (!run.uploads) this.#run = null;
-        this.#end({ state: "failed", message: text("publish.stoppedWaiting") });
+        const message = text(run.uploads ? "publish.stoppedWaiting" : "publish.stoppedPreparing");
+        this.#end({ state: "failed", message });
     }
 
     /** Puts a result away that has been read. */
@@ -119,6 +122,7 @@ export class Publishing {
     async #prepare(run, items) {
         run.requested = items.map(({ key }) => key);
         run.marker = await this.choice.remember(run, false);
+        if (run !== this.#run) return;
         this.#store(run);
         const answer = await this.host.preparePublish({
             guid: run.set.guid,
@@ -175,8 +179,12 @@ export class Publishing {
 
     async #upload(run, items) {
         this.#enter(run, "uploading");
+        // Somebody else may have signed in during the preparation.
+        if (run.token !== this.service.token) throw new Error(text("publish.expired"));
         await this.service.session();
         run.before = await this.host.publishedDocuments();
+        if (run !== this.#run) return;
+        await this.choice.remember(run, true); // with what was changed since the preparation
         if (run !== this.#run) return;
         run.uploads = items.map(({ key }) => key);
         this.choice.update(
@@ -184,9 +192,9 @@ export class Publishing {
             run.uploads.map((key) => [key, { state: "uploading", message: null }]),
         );
         this.#store(run);
-        const { projectId } = run;
+        const { projectId, token } = run;
         const publishItems = items.map((item) => orderOf(this.#placed(run, item)));
-        await this.host.uploadPublish({ projectId, token: this.service.token, publishItems });
+        await this.host.uploadPublish({ projectId, token, publishItems });
     }
 
     #placed(run, item) {

@@ -217,6 +217,8 @@ export const texts = {
         "publish.expired": "Your sign-in had expired. Sign in and upload again; what is prepared is kept.",
         "publish.stoppedWaiting":
             "Archicad has not reported the end. If it still does, the result is shown here; otherwise publish again.",
+        "publish.stoppedPreparing":
+            "Archicad has not reported the end. Once it has, publish again; what it prepared by then is kept.",
         "publish.anew": "Has a plan changed since?",
         "publish.anewHelp":
             "Archicad keeps what it prepared and uses it again, even if the plan has changed. To have an item prepared anew, delete its file from {folder} (its name stands under the item’s details), then prepare again.",
@@ -534,6 +536,8 @@ export const texts = {
             "Ihre Anmeldung war abgelaufen. Melden Sie sich an und laden Sie erneut hoch; Vorbereitetes bleibt erhalten.",
         "publish.stoppedWaiting":
             "Archicad hat das Ende nicht gemeldet. Kommt es noch, steht das Ergebnis hier; sonst veröffentlichen Sie erneut.",
+        "publish.stoppedPreparing":
+            "Archicad hat das Ende nicht gemeldet. Ist es so weit, veröffentlichen Sie erneut; was es vorbereitet hat, bleibt erhalten.",
         "publish.anew": "Hat sich ein Plan seither geändert?",
         "publish.anewHelp":
             "Archicad behält, was es vorbereitet hat, und verwendet es wieder, auch wenn sich der Plan geändert hat. Um einen Artikel neu vorzubereiten, löschen Sie seine Datei aus {folder} (ihr Name steht bei den Angaben des Artikels) und bereiten Sie erneut vor.",

@@ -20,6 +20,12 @@ using namespace std::chrono_literals;
 using Json = nlohmann::ordered_json;
 using testing::ElementsAre;
 
+bool Becomes(const std::function<bool()>& done) {
+    for (int tries = 0; tries < 20000 && !done(); ++tries)
+        std::this_thread::sleep_for(1ms);
+    return done();
+}
+
 // A server at the add-on's service address; the test decides about each upload by its folder's id.
 class UploadServer {
   public:
@@ -37,8 +43,7 @@ class UploadServer {
         });
         if (!server.bind_to_port("127.0.0.1", PlainServer::port)) throw std::runtime_error("port is taken");
         thread = std::thread([this] { server.listen_after_bind(); });
-        while (!server.is_running())
-            std::this_thread::yield();
+        EXPECT_TRUE(Becomes([this] { return server.is_running(); }));
     }
     ~UploadServer() {
         server.stop();
@@ -175,8 +180,7 @@ TEST_F(PublishUploadTest, AnEarlierRunThatEndsLateIsNotTakenForTheNext) {
     });
     const auto startSlowRun = [&](int slow) {
         Upload(Order({Item("A", "slow"), Item("B", "slow")}));
-        while (waiting < slow)
-            std::this_thread::sleep_for(1ms);
+        ASSERT_TRUE(Becomes([&] { return waiting == slow; }));
     };
     Upload(Order({Item("first", "fast")}));  // what the server's library makes once, one thread makes
     ASSERT_TRUE(IsTold());
@@ -193,6 +197,19 @@ TEST_F(PublishUploadTest, AnEarlierRunThatEndsLateIsNotTakenForTheNext) {
     gate.set_value();
     EXPECT_TRUE(WaitForJobs());
     EXPECT_EQ(Count("CompleteExportPublish()"), 2);
+    EXPECT_EQ(Documents(), "{}");
+}
+
+TEST_F(PublishUploadTest, AThreadThatCannotBeStartedIsAFailedUpload) {
+    const PlainServer server(PlainServer::Manner::Answer, 200, R"([{"id":"d1"}])");
+    pthread_attr_t usual, huge;
+    pthread_getattr_default_np(&usual);
+    pthread_getattr_default_np(&huge);
+    pthread_attr_setstacksize(&huge, std::size_t{1} << 50);  // more than there are addresses
+    pthread_setattr_default_np(&huge);
+    EXPECT_EQ(Upload(Order({Item("A", "f"), Item("B", "f")})), "");
+    pthread_setattr_default_np(&usual);
+    EXPECT_EQ(Count("CompleteExportPublish()"), 1);
     EXPECT_EQ(Documents(), "{}");
 }
 

@@ -36,7 +36,7 @@ test("typed file names lose blanks and the extension, and bad ones are named", (
 test("the name proposed for a project can be used as it stands", () => {
     assert.equal(proposedFileName("Duplex.ifc"), "Duplex");
     assert.equal(proposedFileName(""), "");
-    for (const project of ["A/B: Süd..", "..\\x", "  .plan. ", "tab\there", "🏠".repeat(80)]) {
+    for (const project of ["A/B: Süd..", "..\\x", "  .plan. ", "tab\there", "🏠".repeat(80), `${"a".repeat(200)}. b`]) {
         assert.equal(checkFileName(proposedFileName(project)).problem, null, project);
     }
 });

@@ -127,7 +127,9 @@ test("what is ticked is prepared, then uploaded, once, and each item gets its do
     await start("prepare");
     assert.deepEqual([publishing.status.get(), items()], [{ state: "done", prepared: 3 }, "a prepared, b prepared, c prepared"]);
     assert.match(host.saved.publishItems, /^[\x20-\x7e]*Grundri\\u00df[\x20-\x7e]*$/);
+    choice.edit(["b"], { floor: "OG" });
     await Promise.all([start("upload"), start("upload"), start("publish")]);
+    assert.match(host.saved.publishItems, /"floor":"OG"/);
     assert.equal(state(), "uploading");
     assert.deepEqual(host.calls, ["prepare abc", "upload abc"]);
     const [a, b] = host.order.publishItems;
@@ -169,6 +171,9 @@ test("a run that fails as a whole says why and frees the page", async () => {
         [{ uploadPublish: broken }, {}, "Null reference.", 1],
         [{}, { session: () => Promise.reject(expired) }, "expired", 0],
         [{}, {}, /same name/, 1, (choice) => choice.edit(["a", "c"], { docName: "Plan" })],
+        [{}, {}, /sign-in had expired/, 1, (_, service) => {
+            service.session = async () => (service.token = "of another person");
+        }],
         [{}, {}, /did not find the prepared files/, 2, null, (publishing) => publishing.fail()],
         [{}, {}, /without a document: 3/, 2, null, (publishing, service) => {
             service.session = () => Promise.reject(expired);
@@ -179,7 +184,7 @@ test("a run that fails as a whole says why and frees the page", async () => {
         const { host, service, choice, kept, publishing, start, state, message } = await setUp();
         Object.assign(host, more);
         Object.assign(service, services);
-        before?.(choice);
+        before?.(choice, service);
         await start("publish");
         await after?.(publishing, service);
         assert.equal(state(), "failed");
@@ -205,10 +210,25 @@ test("a run that was given up may end after all, or be followed by another", asy
 
     const late = await setUp();
     await late.start("publish");
+    const { publishedDocuments } = late.host;
+    late.host.publishedDocuments = () => new Promise(() => {});
     await late.publishing.stopWaiting();
+    late.host.publishedDocuments = publishedDocuments;
+    assert.equal(late.state(), "failed");
     late.host.finish();
     await late.publishing.complete();
     assert.deepEqual([late.state(), late.items()], ["done", "a done, b done, c done"]);
+    for (const silent of ["rememberPublishSelection", "preparePublish", "publishedDocuments"]) {
+        const stuck = await setUp();
+        let answer = null;
+        stuck.host[silent] = () => new Promise((resolve) => (answer = resolve));
+        stuck.start("publish");
+        for (let tries = 0; tries < 100 && !answer; ++tries) await new Promise((done) => setTimeout(done, 1));
+        await stuck.publishing.stopWaiting();
+        answer("[]");
+        await new Promise((done) => setTimeout(done, 5));
+        assert.deepEqual([stuck.state(), stuck.kept.get(), stuck.host.order], ["failed", null, undefined], silent);
+    }
 });
 
 test("a page loaded anew takes up the run, wherever it was", async () => {

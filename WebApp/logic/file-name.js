@@ -1,5 +1,7 @@
 const forbidden = /[\p{Cc}\p{Cs}\u2028\u2029/\\:*?"<>|]/u;
+const allForbidden = new RegExp(forbidden, "gu");
 const longestName = 200;
+const encoder = new TextEncoder();
 
 /**
  * Checks what a person typed as the name of a file with this extension.
@@ -21,21 +23,17 @@ export function nameProblem(name) {
     if (name.trim() === "") return "empty";
     if (forbidden.test(name)) return "character";
     if (name.startsWith(".") || name.includes("..") || /[. ]$/.test(name)) return "dots";
-    if (new TextEncoder().encode(name).length > longestName) return "long";
+    if (encoder.encode(name).length > longestName) return "long";
     return null;
 }
 
 /** The name proposed for a project: usable as it stands, or empty when the project has no name. */
 export function proposedFileName(projectName) {
     const cleaned = projectName
-        .replace(new RegExp(forbidden, "gu"), "-")
+        .replace(allForbidden, "-")
         .replace(/\.{2,}/g, ".")
         .trim();
     const usable = without("ifc", cleaned).replace(/^\.+|[. ]+$/g, "");
-    let name = "";
-    for (const character of usable) {
-        if (checkFileName(name + character).problem === "long") break;
-        name += character;
-    }
-    return name;
+    const { read } = encoder.encodeInto(usable, new Uint8Array(longestName));
+    return usable.slice(0, read).replace(/[. ]+$/, "");
 }

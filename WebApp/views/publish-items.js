@@ -125,7 +125,8 @@ export function publishItemsView(parts) {
         if (asked !== question || !answer) return;
         folders = answer;
         const { projectId } = publishChoice.state.get();
-        if (projectId === String(project.id)) publishChoice.keepFolders(folders.map(({ id }) => String(id)));
+        if (projectId === String(project.id) && !publishing.isBusy())
+            publishChoice.keepFolders(folders.map(({ id }) => String(id)));
         show();
     }
 

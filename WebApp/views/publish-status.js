@@ -23,7 +23,7 @@ function content(now, publishing, signal) {
                     status: publishing.status,
                     said: text(`publish.${now.state}`, { count: now.count }),
                     help: text(`publish.${now.state}Help`),
-                    stop: now.state === "uploading" || now.resumed ? () => publishing.stopWaiting() : null,
+                    stop: () => publishing.stopWaiting(),
                     signal,
                 }),
             ];

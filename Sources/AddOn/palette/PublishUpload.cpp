@@ -83,7 +83,11 @@ void KestranePalette::PublisherItems(const GS::UniString& json) {
     for (UIndex i = 0; i < run->items.GetSize(); ++i) {
         GS::Thread thread(GS::RunnableTask(new ExportPublishSet(token, projectId, run, i)),
                           GS::UniString::Printf("exportPublishSet%u", i));
-        thread.Start();
+        try {
+            thread.Start();
+        } catch (...) {
+            CompleteExportPublishItem(*run);  // this one has failed; others may have begun
+        }
     }
 }
 

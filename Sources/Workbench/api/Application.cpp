@@ -110,8 +110,9 @@ Application::OpenOutcome Application::Open(const std::filesystem::path& file, Wh
 
 void Application::Replace(std::shared_ptr<const Project> opened, Who who) {
     const bool selectionGoes = !Selection().empty() || (changed & selectionChange) != 0;
+    publisher = PublisherSets(*opened, say);
+    hiddenView.reset();
     project = std::move(opened);
-    publisher = PublisherSets(*project, say);
     generation = std::make_shared<int>();
     history.Reset(project);
     historyMoved = false;

@@ -152,6 +152,9 @@ class Application {
     Box3 ShownBox();
     /// The 3D picture, for the widget that shows it. It is up to date after observers have been told.
     const std::shared_ptr<View3D>& View() const { return view; }
+    /// One that nobody sees, with all shapes, for pictures that leave the 3D window as it is. It is there
+    /// until the queue goes on.
+    View3D& HiddenView();
     /// What the 3D window shows, drawn in its size; null when drawing is impossible.
     QImage Picture3D(bool highlightSelection = true);
     /// What the floor plan shows.
@@ -219,6 +222,7 @@ class Application {
     FrontWindow front;
     API_Tranmat survey;
     std::shared_ptr<View3D> view;
+    std::unique_ptr<View3D> hiddenView;  // null while nobody needs one
     DrawsPlan drawsPlan;
     unsigned changed = 0;       // what is still to be told: bits of Change
     unsigned viewOutdated = 0;  // and what the 3D picture does not know yet

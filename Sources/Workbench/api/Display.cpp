@@ -54,6 +54,17 @@ void Application::UpdateView() {
         view->Cut(window3D.IsCutting() ? window3D.Planes() : std::vector<Plane>());
 }
 
+View3D& Application::HiddenView() {
+    if (!hiddenView) {
+        hiddenView = std::make_unique<View3D>();
+        hiddenView->Add(view->Elements());
+        queue.Post([this, of = std::weak_ptr(generation)] {
+            if (!of.expired()) hiddenView.reset();
+        });
+    }
+    return *hiddenView;
+}
+
 void Application::Select(std::span<const API_Guid> elements, Who who) {
     states.DeselectAll();
     AddToSelection(elements, who);

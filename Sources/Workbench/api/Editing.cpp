@@ -45,8 +45,9 @@ void Application::HistoryMoved() {
 }
 
 void Application::Replace(std::shared_ptr<const Project> edited) {
+    publisher.Follow(*edited, say);
+    hiddenView.reset();
     const std::shared_ptr<const Project> before = std::exchange(project, std::move(edited));
-    publisher = PublisherSets(*project, say);
     const std::size_t selectedBefore = Selection().size();
     view->Remove(states.MoveTo(*project));
     if (front.storey < before->Storeys().size()) {

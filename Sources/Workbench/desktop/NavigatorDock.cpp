@@ -145,9 +145,16 @@ void NavigatorDock::ShowMenu(QPoint at) {
     QMenu menu;
     const PublisherItem* item = ItemOf(*row);
     if (item != nullptr && item->kind != PublisherItem::Kind::folder && item->problem.empty())
-        menu.addAction(say("Show", "Zeigen"), this, [this, item] { BringToFront(application, *item); });
+        menu.addAction(say("Show", "Zeigen"), this, [this, guid = item->guid] { Show(guid); });
     menu.addAction(publish->text(), this, &NavigatorDock::AskAndPublish);
     menu.exec(tree->viewport()->mapToGlobal(at));
+}
+
+// While the menu was open, the sets may have become others.
+void NavigatorDock::Show(const API_Guid& guid) {
+    const PublisherSets& sets = application.Publisher();
+    for (const PublisherSet& set : sets.All())
+        if (const PublisherItem* item = sets.FindItem(set, guid)) return BringToFront(application, *item);
 }
 
 void NavigatorDock::AskAndPublish() {
@@ -159,9 +166,11 @@ void NavigatorDock::AskAndPublish() {
 
 void NavigatorDock::PublishInto(const std::filesystem::path& folder) {
     const PublishResult result = Publish(application, Chosen(), folder);
-    emit published(QString(say("%1 files published into %2", "%1 Dateien in %2 publiziert"))
-                       .arg(result.files.size())
-                       .arg(QString::fromStdString(folder.string())));
+    application.TellWorking("", 1);
+    const QString summary = result.stopped ? say("Stopped: %1 files published into %2",
+                                                 "Abgebrochen: %1 Dateien in %2 publiziert")
+                                           : say("%1 files published into %2", "%1 Dateien in %2 publiziert");
+    emit published(summary.arg(result.files.size()).arg(QString::fromStdString(folder.string())));
     if (result.failures.empty()) return;
     constexpr std::size_t mostLines = 12;
     std::string lines;

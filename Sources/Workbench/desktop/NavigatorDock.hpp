@@ -37,6 +37,7 @@ class NavigatorDock : public QDockWidget, public ApplicationObserver {
     std::vector<const PublisherItem*> Chosen() const;
     void AskAndPublish();
     void ShowMenu(QPoint at);
+    void Show(const API_Guid& guid);
 
     Application& application;
     Say say;

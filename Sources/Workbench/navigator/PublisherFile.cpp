@@ -6,7 +6,9 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <span>
+#include <system_error>
 
 namespace workbench {
 
@@ -41,7 +43,7 @@ std::string At(const std::string& list, std::size_t index) {
 
 class Reader {
   public:
-    Reader(const Project& project, Say say) : project(project), say(say) {}
+    explicit Reader(Say say) : say(say) {}
 
     std::vector<PublisherSet> Sets(const std::string& text) const {
         const Json file = Parse(text);
@@ -67,6 +69,8 @@ class Reader {
             throw PublisherFileError(say("Line ", "Zeile ") + std::to_string(line) +
                                      say(", column ", ", Spalte ") + std::to_string(column) +
                                      say(": this is no valid JSON.", ": Das ist kein gültiges JSON."));
+        } catch (const Json::exception&) {
+            throw PublisherFileError(say("A number in it is too large.", "Eine Zahl darin ist zu groß."));
         }
     }
 
@@ -140,18 +144,12 @@ class Reader {
             return;
         }
         const Json& storey = entry.at("storey");
-        const auto& storeys = project.Storeys();
         if (storey.is_number_unsigned()) {
             item.storey = storey.get<std::size_t>();
         } else if (storey.is_string()) {
-            const auto found = std::ranges::find(storeys, storey.get<std::string>(), &Storey::name);
-            item.storey = static_cast<std::size_t>(found - storeys.begin());
+            item.storeyName = storey.get<std::string>();
         } else {
             Fail(where, R"("storey")");
-        }
-        if (*item.storey >= storeys.size()) {
-            item.problem = say("The model has no storey ", "Das Modell hat kein Geschoss ") +
-                           storey.dump(-1, ' ', false, Json::error_handler_t::replace) + ".";
         }
     }
 
@@ -180,9 +178,21 @@ class Reader {
         if (!IsUsable(*item.camera)) Fail(where, R"("camera", "target")");
     }
 
-    const Project& project;
     Say say;
 };
+
+// Nothing when it cannot be read.
+std::optional<std::string> TextOf(const std::filesystem::path& file) {
+    try {
+        if (!std::filesystem::is_regular_file(file)) return std::nullopt;
+        std::ifstream in(file, std::ios::binary);
+        std::string text{std::istreambuf_iterator<char>(in), {}};
+        if (!in.good() && !in.eof()) return std::nullopt;
+        return text;
+    } catch (const std::system_error&) {  // the stream's buffer throws what the stream would not
+        return std::nullopt;
+    }
+}
 
 }  // namespace
 
@@ -190,16 +200,29 @@ std::filesystem::path PublisherFileOf(const Project& project) {
     return project.Location().parent_path() / (project.Name() + ".publisher.json");
 }
 
-std::vector<PublisherSet> ReadPublisherFile(const std::filesystem::path& file, const Project& project,
-                                            Say say) {
-    std::ifstream in(file, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(in), {}};
-    if (!in.good() && !in.eof()) {
+std::vector<PublisherSet> ReadPublisherFile(const std::filesystem::path& file, Say say) {
+    const std::optional<std::string> text = TextOf(file);
+    if (!text) {
         throw PublisherFileError(
             say("It cannot be read: check whether you may, or move it away.",
                 "Sie ist nicht lesbar: Prüfen Sie Ihre Rechte, oder verschieben Sie sie."));
     }
-    return Reader(project, say).Sets(text);
+    return Reader(say).Sets(*text);
+}
+
+void FindStoreys(std::vector<PublisherItem>& items, const Project& project, Say say) {
+    const auto& storeys = project.Storeys();
+    for (PublisherItem& item : items) {
+        FindStoreys(item.children, project, say);
+        if (item.storeyName) {
+            const auto found = std::ranges::find(storeys, *item.storeyName, &Storey::name);
+            item.storey = static_cast<std::size_t>(found - storeys.begin());
+        }
+        if (!item.storey || *item.storey < storeys.size()) continue;
+        item.problem = say("The model has no storey ", "Das Modell hat kein Geschoss ") +
+                       (item.storeyName ? "\"" + *item.storeyName + "\"" : std::to_string(*item.storey)) +
+                       ".";
+    }
 }
 
 }  // namespace workbench

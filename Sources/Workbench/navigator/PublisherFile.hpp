@@ -29,8 +29,10 @@ class PublisherFileError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// The sets in the file, without GUIDs. Throws PublisherFileError.
-std::vector<PublisherSet> ReadPublisherFile(const std::filesystem::path& file, const Project& project,
-                                            Say say);
+/// The sets in the file, without GUIDs; no storey is looked up yet. Throws PublisherFileError.
+std::vector<PublisherSet> ReadPublisherFile(const std::filesystem::path& file, Say say);
+
+/// Looks up the storeys that these items name. Those that the project does not have become their problem.
+void FindStoreys(std::vector<PublisherItem>& items, const Project& project, Say say);
 
 }  // namespace workbench

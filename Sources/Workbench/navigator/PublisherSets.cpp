@@ -69,6 +69,15 @@ std::vector<PublisherSet> DefaultSets(const Project& project, Say say) {
     return sets;
 }
 
+// Keeps apart projects of one name, and stays with a copy of the file.
+std::string SeedOf(const Project& project) {
+    const auto contexts = project.Document().RecordsOf({"IFCPROJECT"});
+    std::string globalId;
+    if (!contexts.empty())
+        globalId = step::AsText(step::Argument(project.Document().Text(*contexts.front()), 0)).value_or("");
+    return project.Name() + "/" + (globalId.empty() ? project.Location().string() : globalId);
+}
+
 // Counts how often a name has come, so that what has the same name gets GUIDs of its own.
 class GuidsBelow {
   public:
@@ -90,16 +99,23 @@ PublisherSets::PublisherSets(const Project& project, Say say) {
     std::error_code ignored;
     const bool hasFile = !project.IsUntitled() && std::filesystem::exists(file, ignored);
     try {
-        sets = hasFile ? ReadPublisherFile(file, project, say) : DefaultSets(project, say);
+        if (hasFile) written = ReadPublisherFile(file, say);
     } catch (const PublisherFileError& error) {
         fileProblem = file.filename().string() + ": " + error.what();
-        sets = DefaultSets(project, say);
     }
-    Identify(project);
+    Follow(project, say);
+}
+
+void PublisherSets::Follow(const Project& edited, Say say) {
+    sets = written ? *written : DefaultSets(edited, say);
+    for (PublisherSet& set : sets)
+        FindStoreys(set.items, edited, say);
+    places.clear();
+    Identify(edited);
 }
 
 void PublisherSets::Identify(const Project& project) {
-    GuidsBelow guids(GuidFromName("publisher/" + project.Name()));
+    GuidsBelow guids(GuidFromName("publisher/" + SeedOf(project)));
     for (PublisherSet& set : sets) {
         set.guid = guids.Next(set.name);
         set.rootGuid = GuidsBelow(set.guid).Next("");

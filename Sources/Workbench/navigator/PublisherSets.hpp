@@ -24,7 +24,8 @@ struct PublisherItem {
     API_Guid guid = APINULLGuid;  // the same each time the project is opened
     PublishFormat format = PublishFormat::pdf;
     std::optional<size_t> storey = {};  // a plan's, or the only one that a 3D view shows: place in Storeys()
-    std::optional<double> scale = {};   // of a plan: 100 for 1:100; nothing: a usual one that fits
+    std::optional<std::string> storeyName = {};  // by which a file asks for it
+    std::optional<double> scale = {};            // of a plan: 100 for 1:100; nothing: a usual one that fits
     std::optional<Camera> camera = {};  // of a 3D view; nothing: all that it shows, from the south-west
     std::string problem = {};           // why it cannot be published, for a person; empty: it can
     std::vector<PublisherItem> children = {};
@@ -43,6 +44,8 @@ class PublisherSets {
   public:
     PublisherSets() = default;
     PublisherSets(const Project& project, Say say);
+    /// Makes them those of the project after an edit. Its file counts as it was when the project was opened.
+    void Follow(const Project& edited, Say say);
     PublisherSets(PublisherSets&&) = default;
     PublisherSets& operator=(PublisherSets&&) = default;
 
@@ -64,6 +67,7 @@ class PublisherSets {
     void Identify(const Project& project);
     void Identify(const PublisherSet& set, std::vector<PublisherItem>& items, const API_Guid& parent);
 
+    std::optional<std::vector<PublisherSet>> written;  // what the file says
     std::vector<PublisherSet> sets;
     std::string fileProblem;
     std::unordered_map<API_Guid, Place, GuidHash> places;

@@ -1,7 +1,6 @@
 #include "Workbench/navigator/Publishing.hpp"
 
 #include <algorithm>
-#include <memory>
 #include <set>
 #include <stdexcept>
 #include <system_error>
@@ -62,7 +61,6 @@ class Publisher {
     PublishResult Run(std::span<const PublisherItem* const> items, const fs::path& folder) {
         for (const PublisherItem* item : items)
             Publish(*item, folder);
-        application.TellWorking(What(""), 1);
         return std::move(result);
     }
 
@@ -94,7 +92,7 @@ class Publisher {
 
     bool Report(const PublisherItem& item, double ofItem) {
         const double fraction = (static_cast<double>(done) + ofItem) / static_cast<double>(count);
-        return application.TellWorking(What(item.name), std::min(fraction, 0.999));  // 1 is the end of all
+        return application.TellWorking(What(item.name), std::min(fraction, 0.999));  // 1 would end it
     }
 
     // Not one that this run has written already.
@@ -141,21 +139,18 @@ class Publisher {
     }
 
     QImage ViewPicture(const PublisherItem& item) {
-        if (!view) {
-            view = std::make_unique<View3D>();
-            view->Add(application.View()->Elements());
-        }
+        View3D& view = application.HiddenView();
         std::optional<std::unordered_set<std::uint64_t>> shown;
         if (item.storey) {
             shown.emplace();
             for (const ElementMeshPtr& shape : application.ShapesOn(*item.storey))
                 shown->insert(shape->record);
         }
-        view->ShowOnly(std::move(shown));
-        if (view->Bounds().Empty())
+        view.ShowOnly(std::move(shown));
+        if (view.Bounds().Empty())
             throw Problem(
                 say("There is nothing to see in this view.", "In dieser Ansicht ist nichts zu sehen."));
-        return view->Render(item.camera.value_or(DefaultCamera(view->Bounds(), viewSize)), viewSize);
+        return view.Render(item.camera.value_or(DefaultCamera(view.Bounds(), viewSize)), viewSize);
     }
 
     Application& application;
@@ -163,7 +158,6 @@ class Publisher {
     const std::size_t count;
     std::size_t done = 0;
     std::set<QString> taken;
-    std::unique_ptr<View3D> view;  // one of its own: the person's stays as it is
     PublishResult result;
 };
 
@@ -201,6 +195,7 @@ std::string FileNameOf(const std::string& name) {
         safe += sign.category() == QChar::Other_Control || QString("/\\:*?\"<>|").contains(sign) ? '-' : sign;
     if (safe.startsWith('.')) safe[0] = '_';
     safe.truncate(mostNameBytes);
+    if (!safe.isEmpty() && safe.back().isHighSurrogate()) safe.chop(1);
     while (safe.toUtf8().size() > mostNameBytes || safe.endsWith('.') || safe.endsWith(' '))
         safe.chop(safe.back().isLowSurrogate() ? 2 : 1);
     return safe.isEmpty() ? "_" : safe.toStdString();

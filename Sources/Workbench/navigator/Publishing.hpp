@@ -23,7 +23,8 @@ struct PublishResult {
 
 /// Writes the files of these items into the folder, which is made when it is missing; a folder item's into a
 /// folder of its name. What fails leaves no file, and does not keep the others from being written. Observers
-/// of the application watch the work. The person's windows stay as they are.
+/// of the application watch the work, but are not told of its end, for who calls may go on. The person's
+/// windows stay as they are.
 PublishResult Publish(Application& application, std::span<const PublisherItem* const> items,
                       const std::filesystem::path& folder);
 

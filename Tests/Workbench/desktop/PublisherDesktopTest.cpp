@@ -165,6 +165,15 @@ TEST_F(NavigatorDockTest, ShowsWhatThereIsAndPublishesWhatIsChosen) {
     EXPECT_TRUE(summary.startsWith("2 Dateien"));
     EXPECT_TRUE(std::filesystem::exists(folder / "out" / "Erdgeschoss (PDF).pdf"));
     EXPECT_TRUE(std::filesystem::exists(folder / "out" / "Gartenpavillon.ifc"));
+    struct Stopper : ApplicationObserver {
+        bool Working(const std::string&, double fraction) override { return (last = fraction) < 0; }
+        double last = 0;
+    } stopper;
+    application->Watch(stopper);
+    dock.PublishInto(folder / "out");
+    application->Unwatch(stopper);
+    EXPECT_TRUE(summary.startsWith("Abgebrochen: 0 Dateien")) << summary.toStdString();
+    EXPECT_EQ(stopper.last, 1) << "the progress window goes";
     step::WriteFile(folder / "file", "");
     dock.PublishInto(folder / "file" / "out");
     ASSERT_EQ(driver.Alerts().size(), 1U);

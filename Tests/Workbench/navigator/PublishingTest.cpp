@@ -93,6 +93,16 @@ TEST_F(PublishingTest, WithoutAFileTheSetsAreMadeOfTheStoreys) {
     EXPECT_THAT(Trees(sets),
                 ElementsAre("Grundrisse: West[EG (PDF), EG (DWG)], Öst/lich[EG (PDF), EG (DWG)]",
                             "3D-Ansichten: Gesamtmodell, West[EG], Öst/lich[EG]", "Modell: Two"));
+
+    const auto guid = [&](const char* globalId, const char* place) {
+        const std::string context = std::string("#1=IFCPROJECT('") + globalId + "',$,'',$,$,$,$,$,$);\n";
+        const Project project(step::Document::FromBytes(step::StepFile(context)),
+                              folder / place / "House.ifc");
+        return PublisherSets(project, Say{}).All()[0].items[0].guid;
+    };
+    EXPECT_EQ(guid("one", "here"), guid("one", "there")) << "a copy";
+    EXPECT_NE(guid("one", "here"), guid("other", "here")) << "another project of this name";
+    EXPECT_NE(guid("", "here"), guid("", "there")) << "who knows";
 }
 
 TEST_F(PublishingTest, AFileBesideTheModelSaysWhatThereIs) {
@@ -120,12 +130,23 @@ TEST_F(PublishingTest, AFileBesideTheModelSaysWhatThereIs) {
     OpenHouse();
     EXPECT_EQ(Set(0).items[0].children[0].guid, first);
     EXPECT_EQ(Set(0).items[0].children[1].guid, second);
+
+    PublisherSets sets(application->OpenProject(), Say{});
+    WriteSets("broken meanwhile");
+    const std::string cellar = "#1=IFCBUILDINGSTOREY('1',$,'Keller',$,$,$,$,$,.ELEMENT.,0.);\n";
+    sets.Follow(Project(step::Document::FromBytes(step::StepFile(cellar)), folder / "House.ifc"), Say{});
+    const auto& followed = sets.All()[0].items;
+    EXPECT_THAT(followed[0].children[0].problem, HasSubstr("Erdgeschoss"));
+    EXPECT_THAT(followed[2].problem, HasSubstr("dwg"));
+    EXPECT_THAT(followed[3].problem, IsEmpty());
 }
 
 TEST_F(PublishingTest, ABrokenFileIsToldOnce) {
     const std::pair<const char*, const char*> cases[] = {
         {"{\"sets\": [\n  oops]}", "Line 2, column 3"},
         {"", "Line 1, column 1"},
+        {R"({"sets": 1e999})", "too large"},
+        {nullptr, "cannot be read"},
         {"[]", R"("sets")"},
         {R"({"sets": [{"name": 1}]})", R"(sets[0]: "name")"},
         {R"({"sets": [{"name": "a", "items": [{"name": "b"}]}]})", R"(sets[0].items[0]: "items")"},
@@ -138,9 +159,11 @@ TEST_F(PublishingTest, ABrokenFileIsToldOnce) {
     };
     std::size_t told = 0;
     for (const auto& [json, where] : cases) {
-        WriteSets(json);
+        const fs::path file = folder / "House.publisher.json";
+        fs::remove(file);
+        json != nullptr ? WriteSets(json) : void(fs::create_directory(file));
         OpenHouse();
-        ASSERT_THAT(driver.Alerts(), SizeIs(++told)) << json;
+        ASSERT_THAT(driver.Alerts(), SizeIs(++told)) << where;
         const std::string text = driver.Alerts().back().small.ToCStr(0, MaxUSize, CC_UTF8).Get();
         EXPECT_THAT(text, testing::AllOf(HasSubstr("House.publisher.json"), HasSubstr(where)));
         EXPECT_THAT(application->Publisher().All(), SizeIs(3)) << "the usual sets";
@@ -254,7 +277,8 @@ TEST_F(PublishingTest, WhatFailsLeavesNoFile) {
     EXPECT_THAT(Files(), IsEmpty());
 
     struct Stopper : ApplicationObserver {
-        bool Working(const std::string& what, double) override {
+        bool Working(const std::string& what, double fraction) override {
+            EXPECT_LT(fraction, 1) << "the add-on publishes one by one";
             return what.find("svg") != std::string::npos;
         }
     } stopper;
@@ -286,8 +310,14 @@ TEST(PlanPageTest, TheSheetHasTheDrawingsSizeAtAUsualScale) {
 
 TEST(FileNameTest, IsOneThatFileSystemsTake) {
     const std::pair<std::string, std::string> cases[] = {
-        {"EG", "EG"}, {" a/b\\c:d\n", "a-b-c-d"}, {"..", "_"}, {".hidden", "_hidden"}, {"end. ", "end"},
-        {"", "_"},    {"Über 1:50", "Über 1-50"}};
+        {"EG", "EG"},
+        {" a/b\\c:d\n", "a-b-c-d"},
+        {"..", "_"},
+        {".hidden", "_hidden"},
+        {"end. ", "end"},
+        {"", "_"},
+        {"Über 1:50", "Über 1-50"},
+        {std::string(179, 'a') + "🏠", std::string(179, 'a')}};
     for (const auto& [name, safe] : cases)
         EXPECT_EQ(FileNameOf(name), safe) << name;
     std::string houses;
