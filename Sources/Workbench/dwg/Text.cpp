@@ -97,7 +97,8 @@ std::array<Rgb, 256> ColourTable() {
     std::array<Rgb, 256> table{};
     std::ranges::copy(plain, table.begin());
     for (int index = 10; index < 250; ++index) {
-        const double shade = shades[index % 10 / 2];
+        const int row = index % 10 / 2;
+        const double shade = shades[row];
         const double floor = index % 2 == 1 ? shade / 2 : 0;
         Rgb colour = HueOf((index / 10 - 1) * 15.0);
         for (double& value : colour)
