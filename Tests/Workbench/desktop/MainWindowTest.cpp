@@ -14,6 +14,7 @@
 
 #include "ACAPinc.h"
 #include "Workbench/HeadlessApplication.hpp"
+#include "Workbench/desktop/ElementDock.hpp"
 #include "Workbench/desktop/OffscreenApplication.hpp"
 #include "Workbench/desktop/QtDriver.hpp"
 
@@ -134,12 +135,12 @@ TEST_F(MainWindowTest, TheTitleMarksUnsavedChangesAndClosingAsks) {
 
 TEST_F(MainWindowTest, AnEditLeavesTheElementListAsItWas) {
     OpenSample();
-    auto& list = *window->findChild<QTreeView*>();
+    auto& list = *window->findChild<ElementDock*>()->findChild<QTreeView*>();
     list.setFixedHeight(120);
     const auto storey = [&](int row) { return list.model()->index(row, 0); };
     ASSERT_GE(list.model()->rowCount(), 2);
     list.collapse(storey(1));
-    window->findChild<QLineEdit*>()->setText("0");
+    window->findChild<ElementDock*>()->findChild<QLineEdit*>()->setText("0");
     application->Select(std::vector{Named("Bodenplatte").guid});
     QApplication::processEvents();
     list.verticalScrollBar()->setValue(2);

@@ -137,7 +137,7 @@ TEST_F(PublishingTest, AFileBesideTheModelSaysWhatThereIs) {
     sets.Follow(Project(step::Document::FromBytes(step::StepFile(cellar)), folder / "House.ifc"), Say{});
     const auto& followed = sets.All()[0].items;
     EXPECT_THAT(followed[0].children[0].problem, HasSubstr("Erdgeschoss"));
-    EXPECT_THAT(followed[2].problem, HasSubstr("dwg"));
+    EXPECT_THAT(followed[2].problem, HasSubstr("svg"));
     EXPECT_THAT(followed[3].problem, IsEmpty());
 }
 
