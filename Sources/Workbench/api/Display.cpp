@@ -121,7 +121,7 @@ QImage Application::PicturePlan(bool highlightSelection) {
     if (drawsPlan) return drawsPlan(highlightSelection);
     PlanDrawing drawing;
     if (front.storey < project->Storeys().size())
-        drawing = DrawPlan(ShapesOn(front.storey), project->Storeys()[front.storey].elevation);
+        drawing = DrawPlan(ShapesOn(front.storey), project->Storeys()[front.storey].floor);
     return PictureOf(drawing, window3D.Size(), highlightSelection ? states.SelectedRecords() : Records());
 }
 

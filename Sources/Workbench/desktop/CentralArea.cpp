@@ -169,8 +169,8 @@ void CentralArea::WindowChanged() {
 void CentralArea::DrawPlan() {
     const std::size_t storey = application.Front().storey;
     if (storey >= application.OpenProject().Storeys().size()) return;
-    plan->SetDrawing(workbench::DrawPlan(application.ShapesOn(storey),
-                                         application.OpenProject().Storeys()[storey].elevation));
+    plan->SetDrawing(
+        workbench::DrawPlan(application.ShapesOn(storey), application.OpenProject().Storeys()[storey].floor));
 }
 
 void CentralArea::BringToFront() {

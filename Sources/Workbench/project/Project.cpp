@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <unordered_set>
+#include <utility>
 
 #include "Workbench/project/Classes.hpp"
+#include "Workbench/project/Placement.hpp"
 #include "Workbench/project/Units.hpp"
 #include "Workbench/step/Arguments.hpp"
 
@@ -134,13 +136,25 @@ void Project::ReadStoreys() {
     GuidMaker guids(hostAuthored);
     for (const step::Record* record : document->RecordsOf({"IFCBUILDINGSTOREY"})) {
         const Rooted storey(*document, *record);
-        const auto elevation = storey.arguments.size() > 9 ? step::AsReal(storey.arguments[9]) : std::nullopt;
+        const std::string_view text = document->Text(*record);
+        const double elevation = step::AsReal(step::Argument(text, 9)).value_or(0);
+        const uint64_t placement = step::AsReference(step::Argument(text, 5)).value_or(0);
         storeys.push_back({.guid = guids.Make(storey.globalId),
                            .record = record->id,
                            .name = storey.name.empty() ? storey.Text(7) : storey.name,
-                           .elevation = elevation.value_or(0) * lengthUnit});
+                           .elevation = elevation * lengthUnit,
+                           .floor = HeightOf(*document, placement).value_or(elevation) * lengthUnit});
     }
-    std::ranges::stable_sort(storeys, {}, &Storey::elevation);
+    // Some programs place all storeys alike, and only their elevations tell them apart.
+    const auto differ = [&](double Storey::*value) {
+        return std::ranges::any_of(storeys,
+                                   [&](const Storey& storey) { return storey.*value != storeys[0].*value; });
+    };
+    if (!differ(&Storey::floor) && differ(&Storey::elevation))
+        for (Storey& storey : storeys)
+            storey.floor += storey.elevation;
+    std::ranges::stable_sort(storeys, {},
+                             [](const Storey& storey) { return std::pair(storey.elevation, storey.floor); });
 }
 
 void Project::ReadElements() {

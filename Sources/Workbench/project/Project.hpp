@@ -34,7 +34,8 @@ struct Storey {
     API_Guid guid = APINULLGuid;
     uint64_t record = 0;
     std::string name;
-    double elevation = 0;  // metres
+    double elevation = 0;  // as the file calls it, metres
+    double floor = 0;      // metres, in the space of the shapes: where it is placed, else its elevation
 };
 
 /// The opened model. Never changes once made, so any thread may ask it.

@@ -100,8 +100,8 @@ QRectF BoundsOf(const PlanElement& element) {
 
 }  // namespace
 
-PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double elevation) {
-    const Plane plane{{0, 0, 1}, elevation + planCutHeight};
+PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double floor) {
+    const Plane plane{{0, 0, 1}, floor + planCutHeight};
     const PlaneFrame frame = FrameOf(plane);
     std::vector<PlanElement> elements;
     Caps caps;
@@ -130,7 +130,7 @@ PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double elevation) {
 }
 
 PlanDrawing DrawPlan(const Project& project, std::size_t storey, std::span<const ElementMeshPtr> meshes) {
-    PlanDrawing drawing = DrawPlan(meshes, project.Storeys().at(storey).elevation);
+    PlanDrawing drawing = DrawPlan(meshes, project.Storeys().at(storey).floor);
     for (PlanElement& shown : drawing.elements)
         if (const Element* element = project.FindByRecord(shown.record)) shown.ifcClass = element->ifcClass;
     return drawing;

@@ -38,9 +38,9 @@ struct PlanDrawing {
     QRectF bounds;  // null when there are no elements
 };
 
-// Cuts the elements of a storey whose floor lies at `elevation` (metres, in the space of the meshes), and
+// Cuts the elements of a storey with this floor (metres, in the space of the meshes), and
 // looks down from there. What lies higher, or is hidden, is left out.
-PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double elevation);
+PlanDrawing DrawPlan(std::span<const ElementMeshPtr> meshes, double floor);
 // The plan of one of the project's storeys, given the shapes of what belongs to it; elements have classes.
 PlanDrawing DrawPlan(const Project& project, std::size_t storey, std::span<const ElementMeshPtr> meshes);
 

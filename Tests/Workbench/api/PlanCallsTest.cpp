@@ -89,17 +89,22 @@ TEST_F(PlanCallsTest, WhatHasNoPlanLeavesNoFile) {
         model.find(storeys), storeys.size(),
         "(#68,#72,#9000));\n#9000=IFCBUILDINGSTOREY('0w726bMUr2riuNmBWWMsl0',#5,'Empty',$,$,#71,$,$,"
         ".ELEMENT.,9.);");
+    const std::string site = "#55=IFCAXIS2PLACEMENT3D(#11,";
+    model.replace(model.find(site), site.size(),
+                  "#9001=IFCCARTESIANPOINT((0.,0.,53.4));\n#55=IFCAXIS2PLACEMENT3D(#9001,");
     ASSERT_TRUE(application->Open(step::WriteFile(folder / "Empty.ifc", model)));
     ASSERT_TRUE(queue.RunUntil([this] { return !application->IsShaping(); }, std::chrono::minutes(1)));
     ASSERT_TRUE(application->BringToFront({FrontWindow::Kind::plan, 2}));
     for (const char* name : names)
         EXPECT_EQ(Save(name), APIERR_GENERAL) << "no elements";
     EXPECT_TRUE(fs::is_empty(Plans()));
+    application->BringToFront({FrontWindow::Kind::plan, 0});
+    EXPECT_EQ(Save("plan.dwg"), NoError) << "on its hill";
 }
 
 TEST_F(PlanCallsTest, WhatCannotBeWrittenLeavesWhatWasThere) {
     OpenSample();
-    std::signal(SIGXFSZ, SIG_IGN);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     application->BringToFront({FrontWindow::Kind::plan, 0});
     Configuration();
     rlimit former = {};
@@ -115,6 +120,7 @@ TEST_F(PlanCallsTest, WhatCannotBeWrittenLeavesWhatWasThere) {
         EXPECT_EQ(std::distance(fs::directory_iterator(Plans()), {}), 1);
         fs::remove(Plans() / name);
     }
+    std::signal(SIGXFSZ, handler);
     EXPECT_EQ(Save("plan.pdf"), NoError);
     application->BringToFront({});
     EXPECT_EQ(Save("plan.dwg"), NoError) << "drawings are plans, whatever is in front";

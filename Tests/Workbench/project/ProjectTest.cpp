@@ -144,6 +144,32 @@ TEST(Project, KnowsTheLengthUnit) {
         EXPECT_DOUBLE_EQ(ProjectOf(project + units)->LengthUnit(), metres) << units;
 }
 
+TEST(Project, StoreysLieWhereTheyArePlaced) {
+    // On a hill, in a house that leans: its Y points up, its Z south.
+    const std::string places =
+        "#1=IFCLOCALPLACEMENT($,#2);\n#2=IFCAXIS2PLACEMENT3D(#3,$,$);\n"
+        "#3=IFCCARTESIANPOINT((9.,8.,53.4));\n#4=IFCLOCALPLACEMENT(#1,#5);\n"
+        "#5=IFCAXIS2PLACEMENT3D(#6,#7,#8);\n#6=IFCCARTESIANPOINT((0.,0.,-0.4));\n"
+        "#7=IFCDIRECTION((0.,-2.,0.));\n#8=IFCDIRECTION((1.,1.,0.));\n"
+        "#9=IFCLOCALPLACEMENT(#4,#10);\n#10=IFCAXIS2PLACEMENT2D(#11,$);\n"
+        "#11=IFCCARTESIANPOINT((5.,3.));\n#12=IFCLOCALPLACEMENT(#12,#2);\n#13=IFCGRIDPLACEMENT(#3,$);\n";
+    const std::tuple<const char*, const char*, double> cases[] = {
+        {"#1", "$", 53.4}, {"#1", "7.", 53.4}, {"#9", "3.", 56}, {"#12", "3.", 3},
+        {"#13", "3.", 3},  {"$", "3.", 3},     {"$", "$", 0}};
+    for (const auto& [placement, elevation, floor] : cases)
+        EXPECT_DOUBLE_EQ(ProjectOf(places + "#20=IFCBUILDINGSTOREY('s',$,$,$,$," + placement +
+                                   ",$,$,.ELEMENT.," + elevation + ");\n")
+                             ->Storeys()[0]
+                             .floor,
+                         floor)
+            << placement;
+    const auto alike = ProjectOf(places +
+                                 "#20=IFCBUILDINGSTOREY('s',$,$,$,$,#1,$,$,.ELEMENT.,3.);\n"
+                                 "#21=IFCBUILDINGSTOREY('t',$,$,$,$,#1,$,$,.ELEMENT.,0.);\n");
+    EXPECT_DOUBLE_EQ(alike->Storeys()[0].floor, 53.4);
+    EXPECT_DOUBLE_EQ(alike->Storeys()[1].floor, 56.4);
+}
+
 TEST(Project, UntitledIsEmptyAndUsable) {
     const auto project = Project::Untitled();
     EXPECT_TRUE(project->IsUntitled());
