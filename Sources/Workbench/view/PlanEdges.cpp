@@ -16,6 +16,7 @@ constexpr double upwards = 0.05;   // of a normal's length, from which a face sh
 constexpr double covering = 0.25;  // the same, from which it hides what lies below: steeper ones are narrow
 constexpr double bend = 0.94;      // cosine of the least angle between faces that shows
 constexpr double flat = 1e-6;      // cubic metres, up to which a shape encloses nothing
+constexpr double gap = 1e-3;       // of a skin's area, from which what it lacks makes it open
 constexpr double beside = 3e-3;    // metres, to look for a surface at both sides of a border
 
 struct Face {
@@ -52,7 +53,8 @@ std::vector<std::uint32_t> Welded(const MeshPart& part, const Vec3& origin, std:
 Skin SkinOf(const MeshPart& part, const Vec3& origin) {
     Skin skin;
     const std::vector<std::uint32_t> numbers = Welded(part, origin, skin.points);
-    double volume = 0;
+    double volume = 0, area = 0;
+    Vec3 facing;  // the sum of all faces, nothing for a closed body
     for (std::size_t at = 0; at + 2 < part.indices.size(); at += 3) {
         Face face{{numbers[part.indices[at]], numbers[part.indices[at + 1]], numbers[part.indices[at + 2]]},
                   {}};
@@ -62,11 +64,13 @@ Skin SkinOf(const MeshPart& part, const Vec3& origin) {
         const double length = Length(across);
         if (length < weld * weld) continue;
         volume += Dot(fromFirst, across);
+        area += length;
+        facing = facing + across;
         face.normal = across * (1 / length);
         skin.faces.push_back(face);
     }
-    skin.isOpen = std::abs(volume) < flat;
-    if (volume >= 0) return skin;
+    skin.isOpen = Length(facing) > gap * area || std::abs(volume) < flat;
+    if (skin.isOpen || volume >= 0) return skin;
     for (Face& face : skin.faces) {
         std::swap(face.corners[1], face.corners[2]);
         face.normal = face.normal * -1;

@@ -86,6 +86,9 @@ TEST(PlanDrawing, ShowsBelowTheCutWhatIsNotHidden) {
         return found;
     };
     const ElementMeshPtr slab = box(1, {0, 0, -0.3}, {10, 8, 0});
+    auto bowl = std::make_shared<ElementMesh>(*box(2, {2, 2, 0}, {4, 4, 0.5}));
+    bowl->parts[0].positions = {0, 0, 0.5F, 2, 0, 0.5F, 2, 2, 0.5F, 0, 2, 0.5F, 1, 1, 0};
+    bowl->parts[0].indices = {1, 0, 4, 2, 1, 4, 3, 2, 4, 0, 3, 4};  // its outer side
     using Lengths = std::map<std::uint64_t, double>;
     const std::pair<std::vector<ElementMeshPtr>, Lengths> cases[] = {
         {{slab}, {{1, 36}}},
@@ -96,6 +99,7 @@ TEST(PlanDrawing, ShowsBelowTheCutWhatIsNotHidden) {
         {{slab, box(2, {0, 0, 0}, {10, 0.3, 3})}, {{1, 25.4}, {2, 0}}},  // along its rim
         {{slab, box(2, {-1, -1, 0.5}, {11, 9, 0.6})}, {{2, 44}}},        // hidden
         {{box(2, {0, 0, 0}, {1, 1, 0.5}), box(3, {0.5, 0, 0}, {1.5, 1, 0.9})}, {{2, 2}, {3, 4}}},
+        {{bowl}, {{2, 8 + 4 * std::sqrt(2)}}},
     };
     for (const auto& [meshes, expected] : cases) {
         const Lengths found = lengths(meshes);
