@@ -1,6 +1,10 @@
 #include "Workbench/dwg/Entities.hpp"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
+#include <tuple>
+#include <utility>
 
 #include "Workbench/dwg/Text.hpp"
 
@@ -92,6 +96,80 @@ double BorderOf(const Fill& fill, Coordinate axis) {
 constexpr std::size_t mostPolylinePoints = 1000;
 constexpr std::size_t mostFillPoints = 1800;
 
+// In pieces that are short enough, unless lines cross it so often that cutting gains nothing.
+void AppendCut(std::vector<Fill>& pieces, Fill fill) {
+    const std::size_t count = CountOf(fill);
+    if (count <= mostFillPoints) return pieces.push_back(std::move(fill));
+    std::array<Fill, 2> best;
+    std::size_t least = count * 3 / 4 + 1;
+    for (const Coordinate axis : {&Point::x, &Point::y}) {
+        const double border = BorderOf(fill, axis);
+        std::array<Fill, 2> halves{Half(fill, axis, border, false), Half(fill, axis, border, true)};
+        const std::size_t most = std::max(CountOf(halves[0]), CountOf(halves[1]));
+        if (most >= least) continue;
+        least = most;
+        best = std::move(halves);
+    }
+    if (best[0].rings.empty() && best[1].rings.empty()) return pieces.push_back(std::move(fill));
+    for (Fill& half : best)
+        if (!half.rings.empty()) AppendCut(pieces, std::move(half));
+}
+
+bool Holds(const std::vector<Point>& ring, const Point& point) {
+    bool holds = false;
+    for (std::size_t at = 0; at < ring.size(); ++at) {
+        const Point& a = ring[at];
+        const Point& b = ring[(at + 1) % ring.size()];
+        if ((a.y > point.y) == (b.y > point.y)) continue;
+        if (a.x + (point.y - a.y) / (b.y - a.y) * (b.x - a.x) > point.x) holds = !holds;
+    }
+    return holds;
+}
+
+struct BoundedRing {
+    const std::vector<Point>* points;
+    Extents bounds;
+};
+
+// For rings that do not cross. One of three points may lie on the other ring.
+bool Holds(const BoundedRing& outer, const BoundedRing& inner) {
+    const Extents &a = outer.bounds, &b = inner.bounds;
+    if (b.min.x < a.min.x || b.min.y < a.min.y || b.max.x > a.max.x || b.max.y > a.max.y) return false;
+    int held = 0;
+    for (std::size_t third = 0; third < 3; ++third)
+        held += Holds(*outer.points, (*inner.points)[third * inner.points->size() / 3]) ? 1 : 0;
+    return held >= 2;
+}
+
+// Outer rings, each with all that lies inside it, from left to right.
+std::vector<Fill> GroupsOf(const Fill& fill) {
+    std::vector<BoundedRing> rings;
+    for (const auto& ring : fill.rings) {
+        if (ring.empty()) continue;
+        BoundedRing& added = rings.emplace_back(BoundedRing{&ring, {}});
+        for (const Point& point : ring)
+            added.bounds.Add(point);
+    }
+    // What holds another one comes before it.
+    std::ranges::sort(rings, {}, [](const BoundedRing& ring) {
+        const Extents& box = ring.bounds;
+        return std::tuple(box.min.x, -box.max.x, box.min.y, -box.max.y);
+    });
+    std::vector<Fill> groups;
+    std::vector<BoundedRing> outers;
+    for (const BoundedRing& ring : rings) {
+        const auto outer =
+            std::ranges::find_if(outers, [&](const BoundedRing& one) { return Holds(one, ring); });
+        const auto at = static_cast<std::size_t>(outer - outers.begin());
+        if (outer == outers.end()) {
+            outers.push_back(ring);
+            groups.push_back({fill.layer, {}, fill.colour});
+        }
+        groups[at].rings.push_back(*ring.points);
+    }
+    return groups;
+}
+
 }  // namespace
 
 Object BlockBegin(std::uint32_t handle, const char* name) {
@@ -182,22 +260,16 @@ std::vector<Polyline> Pieces(const Polyline& polyline) {
 }
 
 std::vector<Fill> Pieces(const Fill& fill) {
+    if (CountOf(fill) <= mostFillPoints) return {fill};
     std::vector<Fill> pieces;
-    std::vector<Fill> rest{fill};
-    while (!rest.empty()) {
-        Fill piece = std::move(rest.back());
-        rest.pop_back();
-        const std::size_t count = CountOf(piece);
-        bool isSplit = false;
-        for (const Coordinate axis : {&Point::x, &Point::y}) {
-            if (count <= mostFillPoints || isSplit) break;
-            const double border = BorderOf(piece, axis);
-            Fill below = Half(piece, axis, border, false);
-            Fill above = Half(piece, axis, border, true);
-            isSplit = CountOf(below) < count && CountOf(above) < count;
-            if (isSplit) rest.insert(rest.end(), {std::move(above), std::move(below)});
+    for (Fill& group : GroupsOf(fill)) {
+        if (CountOf(group) > mostFillPoints) {
+            AppendCut(pieces, std::move(group));
+        } else if (pieces.empty() || CountOf(pieces.back()) + CountOf(group) > mostFillPoints) {
+            pieces.push_back(std::move(group));
+        } else {
+            std::ranges::move(group.rings, std::back_inserter(pieces.back().rings));
         }
-        if (!isSplit && !piece.rings.empty()) pieces.push_back(std::move(piece));
     }
     return pieces;
 }

@@ -10,6 +10,7 @@ namespace workbench::dwg {
 namespace {
 
 constexpr std::size_t mostNameBytes = 255;
+constexpr std::size_t mostTextBytes = 2000;
 constexpr std::string_view refusedInNames = "<>/\\\":;?*|,=`'";
 
 // The character at the front, which is taken away; '?' for a byte that begins none.
@@ -114,8 +115,12 @@ std::array<Rgb, 256> ColourTable() {
 
 std::string EncodeText(std::string_view utf8) {
     std::string bytes;
-    while (!utf8.empty())
-        AppendEncoded(bytes, TakeCharacter(utf8));
+    while (!utf8.empty()) {
+        std::string next;
+        AppendEncoded(next, TakeCharacter(utf8));
+        if (bytes.size() + next.size() > mostTextBytes) break;
+        bytes += next;
+    }
     return bytes;
 }
 

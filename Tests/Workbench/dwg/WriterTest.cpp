@@ -44,6 +44,12 @@ TEST(DwgBits, AreThoseThatOtherProgramsWrite) {
     EXPECT_EQ(LineObject({0x37, true, true}, 0x30, {0, {1, 2}, {3, 4}}).Bytes(),
               Bytes("310044D6C04000004DE53421D800000000000781FE00000000000010800000000000000081800000000000"
                     "08206608080A2600D421"));
+    const Fill fill{0, {{{0, 0}, {4, 0}, {4, 3}}, {{2, 1}, {3, 1}, {3, 2}}}, 30};
+    EXPECT_EQ(FillObject({0x31, true, true}, 0x30, fill).Bytes(),
+              Bytes("9200539A010000004C6511E421DA94154D3D3125124090350300000000000000000000000000000000"
+                    "00000000000010400000000000000000000000000000104000000000000008409035030000000000"
+                    "000040000000000000F03F0000000000000840000000000000F03F00000000000008400000000000"
+                    "000040A40501000000000000000000000000000000003040405130E9FB"));
     const std::string file = Write({});
     for (const char* object : {"0A004F100000000041AA4030E075", "0D004D120000000040E901403021117E4E",
                                "0E0051140000000042A901004030212745C6"})
@@ -148,6 +154,16 @@ bool Holds(const std::vector<Fill>& fills, Point point) {
 }
 
 TEST(DwgFill, PiecesFillTheSameArea) {
+    const auto most = [](const std::vector<Fill>& fills) {
+        std::size_t points = 0;
+        for (const Fill& fill : fills) {
+            std::size_t sum = 0;
+            for (const auto& ring : fill.rings)
+                sum += ring.size();
+            points = std::max(points, sum);
+        }
+        return points;
+    };
     Fill fill{0, {Circle({0, 0}, 10, 3000), Circle({1, 0}, 6, 3000)}};
     for (int at = 0; at < 40; ++at)
         fill.rings.push_back(Circle({-9 + 0.45 * at, 5 - 0.25 * at}, 0.2, 50));
@@ -159,8 +175,25 @@ TEST(DwgFill, PiecesFillTheSameArea) {
         const Point point{place(random), place(random)};
         EXPECT_EQ(Holds(pieces, point), Holds({fill}, point)) << point.x << ' ' << point.y;
     }
+    EXPECT_LE(most(pieces), 1800U);
+    // Slanting bars that any line cuts in two are shared out as they are, each with its hole.
+    Fill bars;
+    for (int at = 0; at < 500; ++at)
+        for (const double inset : {0.0, 0.2})
+            bars.rings.push_back({{at + 1.5 * inset, inset},
+                                  {at + 0.9 - inset / 2, inset},
+                                  {at + 600.9 - 1.5 * inset, 600 - inset},
+                                  {at + 600 + inset / 2, 600 - inset}});
+    const std::vector<Fill> shared = Pieces(bars);
+    EXPECT_EQ(shared.size(), 3U);
+    EXPECT_LE(most(shared), 1800U);
+    for (const Fill& piece : shared)
+        EXPECT_EQ(piece.rings.size() % 2, 0U);
     // What no line can halve stays whole.
-    EXPECT_EQ(Pieces(Fill{0, {std::vector<Point>(5000, Point{1, 1})}}).size(), 1U);
+    Fill zigzag{0, {{}}};
+    for (int at = 0; at < 2000; ++at)
+        zigzag.rings[0].insert(zigzag.rings[0].end(), {{at * 1e-3, 0}, {600 + at * 1e-3, 600}});
+    EXPECT_EQ(Pieces(zigzag).size(), 1U);
 }
 
 TEST(DwgText, IsInTheFilesCodePage) {
@@ -176,6 +209,7 @@ TEST(DwgText, IsInTheFilesCodePage) {
                                                          {"\xE2\x82x", "??x"}};
     for (const auto& [utf8, encoded] : cases)
         EXPECT_EQ(EncodeText(utf8), encoded) << utf8;
+    EXPECT_EQ(EncodeText(std::string(1995, 'x') + "€x"), std::string(1995, 'x')) << "cut between characters";
     EXPECT_THAT(LayerNames({{"0"}, {" "}, {"A"}, {"a"}, {"Ä"}, {"ä"}}),
                 ElementsAre("0_2", "_", "A", "a_2", "\xC4", "\xE4_2"));
     EXPECT_EQ(LayerNames({{std::string(300, 'x')}})[0].size(), 255U);
