@@ -36,11 +36,17 @@ GSErrCode Tried(Write write) {
     }
 }
 
-// The page's metres; nothing for what is no size.
-std::optional<QSizeF> ExtentOf(const API_SavePars_Pdf& page) {
-    if (!std::isfinite(page.sizeX) || !std::isfinite(page.sizeY) || page.sizeX <= 0 || page.sizeY <= 0)
+// The page's metres around the middle of the model, for all storeys the same; nothing for what is no size.
+std::optional<QRectF> AreaOf(const API_SavePars_Pdf& page, const Application& application) {
+    Box3 model;
+    for (const Element& element : application.OpenProject().Elements())
+        if (const auto bounds = application.BoundsOf(element)) model.Add(*bounds);
+    if (!std::isfinite(page.sizeX) || !std::isfinite(page.sizeY) || page.sizeX <= 0 || page.sizeY <= 0 ||
+        model.Empty())
         return std::nullopt;
-    return QSizeF(page.sizeX, page.sizeY) / 1000;
+    QRectF area({}, QSizeF(page.sizeX, page.sizeY) / 1000);
+    area.moveCenter({model.Center().x, model.Center().y});
+    return area;
 }
 
 const std::string* FindText(const hostkit::CommandParameters& parameters, const char* name) {
@@ -76,8 +82,9 @@ GSErrCode WorkbenchHost::SaveAsPicture(const fs::path& file, API_FTypeID type,
 }
 
 GSErrCode WorkbenchHost::SaveAsPdf(const fs::path& file, const API_SavePars_Pdf& pars) {
-    return SavePlan(
-        [&](const Plan& plan) { WritePlanPdf(plan.drawing, plan.title, file, {.extent = ExtentOf(pars)}); });
+    return SavePlan([&](const Plan& plan) {
+        WritePlanPdf(plan.drawing, plan.title, file, {.area = AreaOf(pars, application)});
+    });
 }
 
 // Not of a storey that is still being read: it would lack elements.

@@ -18,7 +18,7 @@ constexpr int jpegQuality = 92;
 
 PlanPage PageFor(const PlanDrawing& drawing, const PlanSheet& sheet) {
     if (drawing.elements.empty()) throw PlanFileError(Reason::empty, "nothing is drawn");
-    std::optional<PlanPage> page = PlanPage::For(drawing, sheet.scale, sheet.extent);
+    std::optional<PlanPage> page = PlanPage::For(drawing, sheet.scale, sheet.area);
     if (!page) throw PlanFileError(Reason::tooLarge, "the sheet would be too large");
     return *std::move(page);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QImage>
-#include <QSizeF>
+#include <QRectF>
 #include <filesystem>
 #include <optional>
 #include <stdexcept>
@@ -16,9 +16,8 @@ enum class PictureFormat { png, jpeg };
 
 /// How large a plan is drawn.
 struct PlanSheet {
-    std::optional<double> scale = {};   // 100 for 1:100; nothing: the usual one that fits a sheet
-    std::optional<QSizeF> extent = {};  // metres of the model that the page holds, around the drawing's
-                                        // middle; nothing: what is drawn
+    std::optional<double> scale = {};  // 100 for 1:100; nothing: the usual one that fits a sheet
+    std::optional<QRectF> area = {};   // metres of the model that the page holds; nothing: what is drawn
 };
 
 /// Why there is no file. What stood there before is still whole, and no half of the new one is left.

@@ -56,8 +56,8 @@ double UsualScale(const QSizeF& metres) {
 }
 
 // Around the origin: readers of PDF count in single precision.
-PlanDrawing Centred(PlanDrawing drawing) {
-    const QPointF shift = -drawing.bounds.center();
+PlanDrawing Centred(PlanDrawing drawing, QPointF middle) {
+    const QPointF shift = -middle;
     drawing.bounds.translate(shift);
     for (PlanElement& element : drawing.elements) {
         element.bounds.translate(shift);
@@ -73,18 +73,19 @@ PlanDrawing Centred(PlanDrawing drawing) {
 }  // namespace
 
 std::optional<PlanPage> PlanPage::For(PlanDrawing drawing, std::optional<double> scale,
-                                      std::optional<QSizeF> extent) {
-    const QSizeF metres = extent.value_or(drawing.bounds.size());
+                                      std::optional<QRectF> area) {
+    const QRectF shown = area.value_or(drawing.bounds);
+    const QSizeF metres = shown.size();
     if (drawing.elements.empty() || !std::isfinite(metres.width()) || !std::isfinite(metres.height()))
         return std::nullopt;
     const double chosen = scale.value_or(UsualScale(metres));
     const QSizeF size = SheetFor(metres, chosen);
     if (std::max(size.width(), size.height()) > mostSide) return std::nullopt;
-    return PlanPage(std::move(drawing), chosen, size);
+    return PlanPage(Centred(std::move(drawing), shown.center()), chosen, size);
 }
 
 PlanPage::PlanPage(PlanDrawing drawing, double scale, const QSizeF& sheet)
-    : drawing(Centred(std::move(drawing))), scale(scale), sheet(sheet) {}
+    : drawing(std::move(drawing)), scale(scale), sheet(sheet) {}
 
 bool PlanPage::WritePdf(QIODevice& out, const std::string& title) const {
     QPdfWriter writer(&out);

@@ -16,11 +16,11 @@ namespace workbench {
 class PlanPage {
   public:
     /// The usual scale that the drawing fits at: 1:20 or 1:50 on A3, else 1:100, 1:200, 1:500... on A0; or
-    /// the scale that is asked for (100 for 1:100). `extent`: the metres that it holds, if not those of the
-    /// drawing, whose middle stays in the middle. Nothing for an empty drawing, and when the sheet would
-    /// become larger than five metres.
+    /// the scale that is asked for (100 for 1:100). `area`: of the model, what it holds if not the drawing's
+    /// bounds: drawings on pages of one area lie on each other. Nothing for an empty drawing, and when the
+    /// sheet would become larger than five metres.
     static std::optional<PlanPage> For(PlanDrawing drawing, std::optional<double> scale = {},
-                                       std::optional<QSizeF> extent = {});
+                                       std::optional<QRectF> area = {});
 
     double Scale() const { return scale; }
     QSizeF Millimetres() const { return sheet; }

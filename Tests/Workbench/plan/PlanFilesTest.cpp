@@ -65,7 +65,7 @@ double AreaAt(const ElementMesh& mesh, double height) {
 }
 
 TEST_F(PlanFilesTest, CutAreasAreThoseOfTheGeometry) {
-    const double height = application->OpenProject().Storeys()[0].elevation + planCutHeight;
+    const double height = application->OpenProject().Storeys()[0].floor + planCutHeight;
     std::map<std::uint64_t, const ElementMesh*> byRecord;
     for (const ElementMeshPtr& shape : shapes)
         byRecord[shape->record] = shape.get();
@@ -146,7 +146,7 @@ TEST_F(PlanFilesTest, ThePdfIsVectorsAtATrueScaleAndText) {
 
     for (const auto& [extent, scale, width] :
          {std::tuple(QSizeF(30, 10), 100, 320), std::tuple(QSizeF(15, 12), 50, 320)}) {
-        WritePlanPdf(drawing, "", File("extent.pdf"), {{}, extent});
+        WritePlanPdf(drawing, "", File("extent.pdf"), {{}, QRectF({}, extent)});
         std::smatch box;
         const std::string pdf = FileBytes(File("extent.pdf"));
         ASSERT_TRUE(std::regex_search(pdf, box, std::regex(R"(/MediaBox \[0 0 (\d+))")));
@@ -166,6 +166,26 @@ double Difference(const QImage& one, const QImage& other) {
         for (int x = 0; x < size.width(); ++x)
             sum += std::abs(qGray(a.pixel(x, y)) - qGray(b.pixel(x, y)));
     return sum / size.width() / size.height();
+}
+
+TEST_F(PlanFilesTest, PagesOfOneAreaLieOnEachOther) {
+    // A post with its left edge in the middle of the area, alone and next to another.
+    const auto leftOf = [&](const std::vector<QRectF>& posts) {
+        PlanDrawing plan;
+        for (const QRectF& post : posts) {
+            plan.elements.push_back({.parts = {{{0, 0, 0, 1}, {QPolygonF(post)}}}, .bounds = post});
+            plan.bounds |= post;
+        }
+        WritePlanPicture(plan, "", PictureFormat::png, File("post.png"), {50, QRectF(100, 50, 12, 8)});
+        const QImage picture = Picture(File("post.png"));
+        const int row = static_cast<int>((10 + 80) * picture.height() / (10 + 160 + 10 + 14));
+        int column = picture.width() / 4;
+        while (column < picture.width() && qGray(picture.pixel(column, row)) > 240)
+            ++column;
+        return 1.0 * column / picture.width();
+    };
+    EXPECT_NEAR(leftOf({{106, 53, 1, 2}}), 0.5, 0.003);
+    EXPECT_NEAR(leftOf({{106, 53, 1, 2}, {110, 51, 2, 4}}), 0.5, 0.003);
 }
 
 TEST_F(PlanFilesTest, PicturesShowThePageOfThePdf) {
