@@ -52,14 +52,18 @@ export class PlanUpload extends Upload {
     // The host says nothing about an upload whose connection broke.
     #watchService() {
         clearInterval(this.#watch);
-        const under = () => this.status.get().state === "running";
-        if (!under()) return;
+        const watched = this.status.get();
+        if (watched.state !== "running") return;
+        let failures = 0;
         this.#watch = setInterval(async () => {
             try {
                 await this.service.session();
+                failures = 0;
             } catch (error) {
-                const message = text(error.status === 401 ? "upload.expired" : "plans.lost");
-                if (under()) this.end({ state: "failed", message });
+                const expired = error.status === 401;
+                failures += 1; // one alone may be a hiccup
+                if (this.status.get() !== watched || (failures < 2 && !expired)) return;
+                this.end({ state: "failed", message: text(expired ? "upload.expired" : "plans.lost") });
             }
         }, watchInterval);
     }

@@ -104,7 +104,7 @@ export const texts = {
         "plans.running": "Creating and uploading…",
         "plans.runningHelp": "If Archicad shows a message, close it.",
         "plans.notMade":
-            "Archicad made no plan. Bring a floor plan with elements to the front (not the 3D window) and check that the disk has space, then try again.",
+            "Archicad made no plan. Bring a floor plan with elements to the front (not the 3D window), wait until all shapes are read and check that the disk has space, then try again.",
         "plans.failed":
             "The plan was not stored: the service refused it, or Archicad has another file of this name. Choose another file name, then try again.",
         "plans.lost":
@@ -418,7 +418,7 @@ export const texts = {
         "plans.running": "Wird erstellt und hochgeladen…",
         "plans.runningHelp": "Zeigt Archicad eine Meldung, schließen Sie sie.",
         "plans.notMade":
-            "Archicad hat keinen Plan erstellt. Holen Sie einen Grundriss mit Elementen nach vorn (nicht das 3D-Fenster), prüfen Sie, ob der Datenträger Platz hat, und versuchen Sie es erneut.",
+            "Archicad hat keinen Plan erstellt. Holen Sie einen Grundriss mit Elementen nach vorn (nicht das 3D-Fenster), warten Sie, bis alle Formen gelesen sind, prüfen Sie, ob der Datenträger Platz hat, und versuchen Sie es erneut.",
         "plans.failed":
             "Der Plan wurde nicht gespeichert: Der Dienst hat ihn abgelehnt, oder Archicad hat schon eine andere Datei dieses Namens. Wählen Sie einen anderen Dateinamen und versuchen Sie es erneut.",
         "plans.lost":

@@ -30,17 +30,22 @@ export class Upload {
         if (this.status.get().state === "running") return;
         const { projectId, folderId, fileName } = request;
         const since = Date.now();
-        this.status.set({ state: "running", since, fileName });
+        const mine = { state: "running", since, fileName };
+        const stopped = () => this.status.get() !== mine;
+        this.status.set(mine);
         try {
             // Better told now than after a long export.
             await this.service.session();
+            if (stopped()) return;
             await this.prepare(request);
+            if (stopped()) return;
             const before = await this.answer();
+            if (stopped()) return;
             const name = this.documentName(request);
             this.pending.set({ since, fileName, name, projectId, folderId, before });
             await this.send({ token: this.service.token, ...request });
         } catch (error) {
-            this.end({ state: "failed", message: messageOf(error) });
+            if (!stopped()) this.end({ state: "failed", message: messageOf(error) });
         }
     }
 
@@ -48,10 +53,11 @@ export class Upload {
     async resume() {
         const pending = this.pending.get();
         if (!pending || this.status.get().state !== "idle") return;
-        this.status.set({ state: "running", since: pending.since, fileName: pending.fileName });
+        const mine = { state: "running", since: pending.since, fileName: pending.fileName };
+        this.status.set(mine);
         // It may have ended while there was no page to be told.
         const answer = await this.answer().catch(() => pending.before);
-        if (answer !== pending.before && this.status.get().state === "running") await this.complete();
+        if (answer !== pending.before && this.status.get() === mine) await this.complete();
     }
 
     /** The host got an answer from the service. */

@@ -59,6 +59,25 @@ test("failures are told with what to do, and nothing is sent without a plan", as
     }
 });
 
+test("a plan that the person stopped waiting for is not sent, also when another has begun", async (t) => {
+    t.mock.timers.enable({ apis: ["setInterval"] });
+    const made = [];
+    const { calls, kept, plan } = setUp({
+        host: { createPlan: () => new Promise((resolve, reject) => made.push({ resolve, reject })) },
+    });
+    const starts = [];
+    for (const fileName of ["first", "second", "third"]) {
+        plan.stopWaiting();
+        starts.push(plan.start({ ...request, fileName }));
+        await Promise.resolve(); // it has found the sign-in good
+    }
+    made[0].resolve("/tmp/first");
+    made[1].reject(new Error("late"));
+    made[2].resolve("/tmp/third");
+    await Promise.all(starts);
+    assert.deepEqual([calls.map(({ fileName }) => fileName), kept.get().name], [["third"], "third.pdf"]);
+});
+
 test("a connection that breaks without a word is noticed, also after a reload; a late answer still counts", async (t) => {
     t.mock.timers.enable({ apis: ["setInterval"] });
     const settled = () => new Promise((resolve) => setImmediate(resolve));
@@ -71,9 +90,12 @@ test("a connection that breaks without a word is noticed, also after a reload; a
         t.mock.timers.tick(15000);
         await settled();
         assert.equal(plan.status.get().state, "running");
-        service.session = () => Promise.reject(error(0));
-        t.mock.timers.tick(15000);
-        await settled();
+        for (const status of [0, null, 0, 0]) {
+            assert.equal(plan.status.get().state, "running"); // until two in a row
+            service.session = async () => status === null || Promise.reject(error(status));
+            t.mock.timers.tick(15000);
+            await settled();
+        }
         assert.match(plan.status.get().message, /does not answer any more/);
         host.answer = '[{"id":"d1","name":"E.pdf"}]';
         await plan.complete();

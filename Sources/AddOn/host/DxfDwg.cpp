@@ -36,9 +36,9 @@ GSErrCode GetDwgConfiguration(IO::Location* configuration) {
 }
 
 GSErrCode SaveViewAsDwg(const IO::Location& location, const IO::Location& configuration) {
-    if (!configuration.IsLegalInNativeFileSystem()) return APIERR_BADPARS;
     CommandParameterList parameters;
     GSErrCode error = parameters.Create();
+    if (error == NoError && !configuration.IsLegalInNativeFileSystem()) error = APIERR_BADPARS;
     if (error == NoError) error = parameters.AddText("FileName", ToUrl(location));
     if (error == NoError) error = parameters.AddText("ConfigFile", ToUrl(configuration));
     if (error == NoError) error = Call(Command("SAV2"), parameters, nullptr);

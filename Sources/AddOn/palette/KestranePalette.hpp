@@ -242,7 +242,8 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     // -- Plan documents -------------------------------------------------------------------------------------
 
     /// Makes a document of the current plan: 1 DWG, 2 PNG, 3 JPEG, 4 PDF. Returns its path, or empty: the
-    /// host could not, or it is another number. The path, also the empty one, is what an export then sends.
+    /// host could not, or it is another number. The path, also the empty one, is what an export then sends;
+    /// one made before and never sent is deleted.
     static GS::UniString Create2dPlan(Int32 kind);
 
     // The documents are files named by the time. Each returns its path, or empty when the host could not.

@@ -35,6 +35,8 @@ GS::UniString PathUnless(GSErrCode error, const IO::Location& location) {
 }  // namespace
 
 GS::UniString KestranePalette::Create2dPlan(Int32 kind) {
+    // One that was never sent is still there.
+    if (HasInstance()) IO::fileSystem.Delete(IO::Location(GetInstance().planFilePath));
     GS::UniString path;
     switch (kind) {
         case dwgPlan:
@@ -76,6 +78,7 @@ GS::UniString KestranePalette::CreatePdfFile() {
 }
 
 void KestranePalette::Export2dPlan(const GS::UniString& json) {
+    if (!HasInstance()) return;
     KestranePalette& palette = GetInstance();
     if (!palette.planFilePath.IsEmpty() && palette.ExportPlanData(json)) return;
     palette.FailExportPlan();
@@ -93,6 +96,7 @@ bool KestranePalette::ExportPlanData(const GS::UniString& json) {
     const GS::UniString folderId = request.GetText("folderId");
     const GS::UniString path = RenameFile(request.GetText("fileName"));
     if (path.IsEmpty()) return false;
+    planFilePath.Clear();  // the file is the job's now
 
     GS::Thread thread(GS::RunnableTask(new ExportPlan(token, projectId, folderId, path)), "exportPlan");
     thread.Start();
