@@ -6,7 +6,6 @@
 #include "AddOn/PlainServer.hpp"
 #include "AddOn/PlayedHost.hpp"
 #include "ThreadRegister.hpp"
-#include "palette/KestranePalette.hpp"
 
 namespace tests {
 namespace {
