@@ -70,7 +70,7 @@ std::string Extension(const std::filesystem::path& file) {
 /// Runs a writing function and turns what it says or throws into a result.
 template <typename Write>
 SaveResult Save(const Project& project, const std::filesystem::path& file, Write write) {
-    SaveResult result{.outcome = SaveOutcome::done, .file = file, .detail = {}};
+    SaveResult result{.outcome = SaveOutcome::done, .file = file, .detail = {}, .mapped = {}};
     std::error_code ignored;
     const bool overDamaged =
         !project.Document().IsWhole() && std::filesystem::equivalent(file, project.Location(), ignored);
@@ -118,12 +118,14 @@ OpenResult OpenIfc(const std::filesystem::path& file, const Progress& progress) 
     return {.project = std::move(project), .refusal = std::nullopt};
 }
 
-SaveResult SaveIfc(const Project& project, const std::filesystem::path& file, const Progress& progress) {
+SaveResult SaveIfc(const Project& project, const std::filesystem::path& file, const Progress& progress,
+                   std::span<const MappedSet> /*mapping*/) {
     return Save(project, file, [&] { return step::WriteWhole(project.Document(), {}, file, progress); });
 }
 
 SaveResult SaveIfcSubset(const Project& project, std::span<const API_Guid> elements,
-                         const std::filesystem::path& file, const Progress& progress) {
+                         const std::filesystem::path& file, const Progress& progress,
+                         std::span<const MappedSet> /*mapping*/) {
     return Save(project, file, [&] {
         Subset subset = SubsetOf(project, elements);
         subset.changes.fileNameStatement = step::FileNameStatement(project.Document(), file);
