@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <set>
 #include <span>
 #include <string>
@@ -26,6 +27,10 @@ bool WriteWhole(const Document& document, const Changes& changes, const std::fil
 /// The same, but only with the records chosen (in that order) and the new ones.
 bool WriteSelected(const Document& document, std::span<const Record* const> chosen, const Changes& changes,
                    const std::filesystem::path& file, const Progress& progress = {});
+
+/// The file that WriteSelected writes, as a document.
+std::shared_ptr<const Document> Selected(const Document& document, std::span<const Record* const> chosen,
+                                         const Changes& changes);
 
 /// "FILE_NAME(...);" of the document with another file name and the time of now.
 std::string FileNameStatement(const Document& document, const std::filesystem::path& file);
