@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "HostKit/API/Host.hpp"
+#include "Workbench/api/ExportPresets.hpp"
+#include "Workbench/exchange/Exchange.hpp"
 
 namespace workbench {
 
@@ -28,6 +30,8 @@ class WorkbenchHost : public hostkit::Host {
     void BeginUndoable(const GS::UniString& name) override;
     void EndUndoable(bool succeeded) override;
     GSErrCode CreateElement(API_Element& element) override;
+    GSErrCode CallCommand(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
+                          GSPtr result) override;
     GSErrCode ExportTranslators(GS::Array<API_IFCTranslatorIdentifier>& translators) override;
 
     GSErrCode ElementList(const API_ElemType& type, API_ElemFilterFlags filter,
@@ -69,7 +73,12 @@ class WorkbenchHost : public hostkit::Host {
     GSErrCode SaveAsPicture(const std::filesystem::path& file, const char* format,
                             const API_SavePars_Picture& pars);
 
+    GSErrCode CallMapping(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters);
+    /// With the preset that applies, which then does not apply any more.
+    SaveResult WriteMapped(const std::filesystem::path& file, const GS::Array<API_Guid>* elements);
+
     Application& application;
+    ExportPresets presets;
 };
 
 }  // namespace workbench
