@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 class PublishRun;
 struct ACSection;
@@ -413,5 +414,6 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     std::shared_ptr<const GS::UniString> exportedPlanResult;
     std::shared_ptr<PublishRun> publishRun;  // none yet: empty
     GS::Array<SchemeProperty> mappingProperties;
+    std::vector<UInt32> mappingKeys;  // in the same order: what a search looks at before the names
     PublishHistory publishHistory;
 };

@@ -6,11 +6,23 @@
 #include "DOMReader.hpp"
 #include "FileTypeManager.hpp"
 
+#include <algorithm>
+
 namespace {
 
 constexpr const char* rootName = "SchemeItemList";
 constexpr const char* presetType = "PropertyMappingExportPreset";
 constexpr const char* presetName = "Kestrane Ifc Property Mapping Export Preset Name";
+
+/// A number for the pair of names: different ones have hardly ever the same.
+UInt32 KeyOf(const GS::UniString& entityType, const GS::UniString& setName) {
+    UInt32 key = 2166136261;
+    for (const GS::UniString* name : {&entityType, &setName}) {
+        for (UIndex i = 0; i < name->GetLength(); ++i)
+            key = (key ^ (*name)[i]) * 16777619;
+    }
+    return key;
+}
 
 JSON::ValueRef ToJson(const PropertyMapData& data) {
     const JSON::ObjectValueRef property = new JSON::ObjectValue();
@@ -89,15 +101,20 @@ void KestranePalette::ReadPropertyElement(const xercesc::DOMElement& element) {
     if (entityType.IsEmpty() || setName.IsEmpty()) return;
     PropertyMapData data;
     if (!RetreiveACProperties(element, &data) || !RetrieveIfcProperty(element, &data)) return;
-    if (SchemeProperty* known = GetSchemePropertyByName(entityType, setName))
+    if (SchemeProperty* known = GetSchemePropertyByName(entityType, setName)) {
         known->properties.Push(data);
-    else
+    } else {
         mappingProperties.Push({entityType, setName, {data}});
+        mappingKeys.push_back(KeyOf(entityType, setName));
+    }
 }
 
 SchemeProperty* KestranePalette::GetSchemePropertyByName(const GS::UniString& entityType,
                                                          const GS::UniString& setName) {
-    for (SchemeProperty& scheme : mappingProperties) {
+    const UInt32 key = KeyOf(entityType, setName);
+    for (auto at = mappingKeys.begin(); (at = std::find(at, mappingKeys.end(), key)) != mappingKeys.end();
+         ++at) {
+        SchemeProperty& scheme = mappingProperties[static_cast<UIndex>(at - mappingKeys.begin())];
         if (scheme.ifcEntityType == entityType && scheme.propertySetName == setName) return &scheme;
     }
     return nullptr;
@@ -105,6 +122,7 @@ SchemeProperty* KestranePalette::GetSchemePropertyByName(const GS::UniString& en
 
 void KestranePalette::CleanPropertyMaps() {
     mappingProperties.Clear();
+    mappingKeys.clear();
 }
 
 void KestranePalette::CreatePreset() {

@@ -43,7 +43,7 @@ std::string FunctionTour::StatusOf(const std::string& id) {
 
 std::string FunctionTour::ExportWithMapping() {
     const std::filesystem::path samples = application.GetSettings().resourcesFolder.parent_path() / "Samples";
-    automation.AnswerFile(samples / "Eigenschaften.xml");
+    automation.AnswerFile(samples / "PropertyMapping.xml");
     automation.AnswerName("Tour");
     automation.Evaluate(
         "document.querySelector('#tab-mapping').click();"
