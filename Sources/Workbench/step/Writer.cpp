@@ -68,11 +68,13 @@ std::vector<Patch> PatchesOf(const Document& document, const Changes& changes) {
     return patches;
 }
 
+/// With their line ends.
 std::vector<std::string_view> NewRecords(const Document& document, const Changes& changes) {
     std::vector<std::string_view> added;
     for (const auto& [id, text] : changes.records) {
-        if (!document.Find(id)) added.push_back(text);
+        if (!document.Find(id)) added.insert(added.end(), {text, "\n"});
     }
+    if (!changes.added.empty()) added.push_back(changes.added);
     return added;
 }
 
@@ -96,10 +98,8 @@ void ForEachPiece(const Document& document, std::span<const Record* const> chose
         take(changed == changes.records.end() ? document.Text(*record) : std::string_view(changed->second));
         take("\n");
     }
-    for (const std::string_view text : NewRecords(document, changes)) {
+    for (const std::string_view text : NewRecords(document, changes))
         take(text);
-        take("\n");
-    }
     take("ENDSEC;\nEND-ISO-10303-21;\n");
 }
 
@@ -121,10 +121,8 @@ bool WriteWhole(const Document& document, const Changes& changes, const std::fil
     }
     if (const auto added = NewRecords(document, changes); !added.empty()) {
         copyTo(document.DataEnd());
-        for (const std::string_view text : added) {
+        for (const std::string_view text : added)
             pen.Write(text);
-            pen.Write("\n");
-        }
     }
     copyTo(bytes.size());
     return pen.Finish();

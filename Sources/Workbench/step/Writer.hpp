@@ -15,6 +15,7 @@ namespace workbench::step {
 /// What a written file has that its document has not.
 struct Changes {
     std::map<uint64_t, std::string> records;  // full text, "#12=...;", of edited and new records
+    std::string added;                        // further new records, each on a line
     std::set<uint64_t> removed;
     std::string fileNameStatement;  // replaces the header's "FILE_NAME(...);" unless empty
 };

@@ -19,33 +19,25 @@ std::string ReferenceList(const std::vector<uint64_t>& ids) {
     return list.empty() ? "()" : list + ')';
 }
 
+/// "TYPE(...)" of "#12=TYPE(...);".
+std::string_view WithoutId(std::string_view record) {
+    const size_t begin = record.find('=') + 1;
+    return record.substr(begin, record.size() - 1 - begin);
+}
+
 void AppendBytes(std::string& key, uint64_t number) {
     key.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
 }  // namespace
 
-SetChanges::SetChanges(const step::Document& document)
-    : document(document), highestId(document.HighestId()) {}
+SetChanges::SetChanges(const step::Document& document) : document(document), added(document.HighestId()) {}
 
 std::string_view SetChanges::Text(uint64_t id) const {
     const auto changed = changes.records.find(id);
     if (changed != changes.records.end()) return changed->second;
     const step::Record* record = document.Find(id);
     return record ? document.Text(*record) : std::string_view();
-}
-
-uint64_t SetChanges::Add(std::string_view typeAndArguments) {
-    std::string text = '#' + std::to_string(++highestId) + '=';
-    text.append(typeAndArguments).append(";");
-    changes.records.emplace_hint(changes.records.end(), highestId, std::move(text));
-    return highestId;
-}
-
-uint64_t SetChanges::Property(const std::string& text) {
-    const auto [found, isNew] = properties.try_emplace(text);
-    if (isNew) found->second = Add(text);
-    return found->second;
 }
 
 void SetChanges::Give(uint64_t element, const PropertySets::Set* existing, std::string_view encodedName,
@@ -77,6 +69,7 @@ step::Changes SetChanges::Finish() {
     for (const Group& group : groups) {
         if (!group.existing) Create(group);
     }
+    changes.added = added.Take();
     return std::move(changes);
 }
 
@@ -94,8 +87,8 @@ std::string SetChanges::OwnerHistoryOf(uint64_t element) const {
 void SetChanges::Create(const Group& group) {
     const uint64_t first = group.elements.front();
     const uint64_t set =
-        Add("IFCPROPERTYSET(" + NewGlobalId(first, group.encodedName) + ',' + OwnerHistoryOf(first) + ',' +
-            group.encodedName + ",$," + ExtendedList("()", group.members) + ')');
+        added.Add("IFCPROPERTYSET(" + NewGlobalId(first, group.encodedName) + ',' + OwnerHistoryOf(first) +
+                  ',' + group.encodedName + ",$," + ExtendedList("()", group.members) + ')');
     Relate(group.elements, set);
 }
 
@@ -128,16 +121,14 @@ void SetChanges::Extend(const std::vector<const Group*>& groupsOfSet) {
         }
         extended =
             step::WithArgument(extended, 0, NewGlobalId(group.elements.front(), step::Argument(text, 0)));
-        const uint64_t copy = ++highestId;
-        step::AppendRenumbered(changes.records[copy], extended, copy, [](uint64_t id) { return id; });
-        Relate(group.elements, copy);
+        Relate(group.elements, added.Add(WithoutId(extended)));
     }
 }
 
 void SetChanges::Relate(const std::vector<uint64_t>& elements, uint64_t set) {
     const std::string target = '#' + std::to_string(set);
-    Add("IFCRELDEFINESBYPROPERTIES(" + NewGlobalId(elements.front(), target) + ',' +
-        OwnerHistoryOf(elements.front()) + ",$,$," + ReferenceList(elements) + ',' + target + ')');
+    added.Add("IFCRELDEFINESBYPROPERTIES(" + NewGlobalId(elements.front(), target) + ',' +
+              OwnerHistoryOf(elements.front()) + ",$,$," + ReferenceList(elements) + ',' + target + ')');
 }
 
 /// Takes the set from those who leave it. A relationship may give several sets at once: it then loses this

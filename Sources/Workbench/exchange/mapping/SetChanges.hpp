@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Workbench/exchange/Merge.hpp"
+#include "Workbench/exchange/mapping/NewRecords.hpp"
 #include "Workbench/exchange/mapping/PropertySets.hpp"
 #include "Workbench/step/Writer.hpp"
 
@@ -23,7 +24,7 @@ class SetChanges {
     };
 
     /// The id of a new record "IFCPROPERTYSINGLEVALUE(...)", the same for the same text.
-    uint64_t Property(const std::string& text);
+    uint64_t Property(std::string_view text) { return added.AddOnce(text); }
     /// Puts these into the element's own set, or into a new one of that name when it has none. An element may
     /// get something in several sets, but into each only once.
     void Give(uint64_t element, const PropertySets::Set* existing, std::string_view encodedName,
@@ -41,14 +42,12 @@ class SetChanges {
 
     const step::Document& document;
     step::Changes changes;
-    uint64_t highestId;
-    std::unordered_map<std::string, uint64_t> properties;
+    NewRecords added;
     std::vector<Group> groups;
     std::unordered_map<std::string, size_t> placesOfGroups;
     std::optional<UsedGlobalIds> globalIds;
 
     std::string_view Text(uint64_t id) const;
-    uint64_t Add(std::string_view typeAndArguments);
     /// In apostrophes; always the same for the same document and changes.
     std::string NewGlobalId(uint64_t element, std::string_view what);
     std::string OwnerHistoryOf(uint64_t element) const;
