@@ -20,9 +20,11 @@ std::string ReferenceList(const std::vector<uint64_t>& ids) {
 }
 
 /// "TYPE(...)" of "#12=TYPE(...);".
-std::string_view WithoutId(std::string_view record) {
-    const size_t begin = record.find('=') + 1;
-    return record.substr(begin, record.size() - 1 - begin);
+std::string WithoutId(std::string_view record) {
+    constexpr std::string_view begin = "#0=", end = ";";
+    std::string text;
+    step::AppendRenumbered(text, record, 0, [](uint64_t id) { return id; });
+    return text.substr(begin.size(), text.size() - begin.size() - end.size());
 }
 
 void AppendBytes(std::string& key, uint64_t number) {
