@@ -3,6 +3,7 @@ import { ExportHistory } from "./export-history.js";
 import { Host } from "./host.js";
 import { proposedFileName } from "./logic/file-name.js";
 import { readHostInfo } from "./logic/host-info.js";
+import { Mapping } from "./mapping.js";
 import * as memory from "./memory.js";
 import { ModelWork } from "./models.js";
 import { Pictures } from "./pictures.js";
@@ -48,6 +49,7 @@ const publishing = new Publishing(host, service, publishChoice, exportHistory, m
 const modelWork = new ModelWork(host, service, memory.pendingModels, () => takeProjectName(true));
 const pictures = new Pictures(service);
 const viewpoints = new ViewpointWork(host, service, pictures);
+const mapping = new Mapping(host, memory.mapping);
 const selection = new Selection(host);
 
 service.token = memory.signedIn.get()?.token ?? null;
@@ -168,6 +170,7 @@ function showMain(user) {
             publishing,
             publishValues: memory.publishValues,
             exportHistory,
+            mapping,
             pictures,
             viewpoints,
             selection,

@@ -18,6 +18,8 @@ const publishing = [
 
 const planning = ["Create2dPlan", "Export2dPlan", "GetPlanDocuments"];
 
+const mapping = ["OpenMappingFile", "SetNewPropertyName"];
+
 const knows = (names) => names.every((name) => typeof KESTAPI[name] === "function");
 
 // The host may bind the object as a global that is no property of the window.
@@ -51,9 +53,9 @@ export class Host {
      * Has the open model exported and uploaded. The answer only says that it was begun; the host calls
      * CompleteExportModel or FailExportModel in the page when it ended.
      */
-    exportModel({ token, projectId, folderId, fileName, onlyVisible }) {
+    exportModel({ token, projectId, folderId, fileName, onlyVisible, useMapFile = false }) {
         return KESTAPI.ExportIFCModel(
-            JSON.stringify({ token, projectId, folderId, fileName, onlyVisible, useMapFile: false }),
+            JSON.stringify({ token, projectId, folderId, fileName, onlyVisible, useMapFile }),
         );
     }
 
@@ -143,6 +145,21 @@ export class Host {
     /** The service's answer to the last plan that it took; empty before the first. */
     async planAnswer() {
         return String((await KESTAPI.GetPlanDocuments()) ?? "");
+    }
+
+    /** Whether the host maps properties; an older one does not. */
+    canMap() {
+        return knows(mapping);
+    }
+
+    /** Has the person choose a mapping file and reads it. Answers its path, empty when nothing was read. */
+    async openMappingFile() {
+        return String((await KESTAPI.OpenMappingFile()) ?? "");
+    }
+
+    /** Asks the person for a name that is none of these; empty when there is none. */
+    async newPropertyName(namesInUse) {
+        return String((await KESTAPI.SetNewPropertyName(namesInUse)) ?? "");
     }
 
     /** Whether the host knows publisher sets; an older one does not. */

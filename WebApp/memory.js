@@ -40,7 +40,9 @@ export const draft = remembered(session, "draft");
 export const pendingPlan = remembered(session, "plan");
 /** { project, fileName, format } of the plan document, likewise. */
 export const planDraft = remembered(session, "planDraft");
-/** Which of its views the page shows: "documents", "plans", "publish", "models" or "issues". */
+/** { path, applied, names }: the property mapping, see mapping.js. */
+export const mapping = remembered(session, "mapping");
+/** Which of its views the page shows: "documents", "plans", "mapping", "publish", "models" or "issues". */
 export const shownView = remembered(session, "view");
 /** { user, projectId, folderId } chosen last. */
 export const choices = remembered(local, "choices");

@@ -22,6 +22,8 @@ export const texts = {
             "To upload your model, open this page in the Kestrane palette. Documents can be read here as well.",
         "noHost.plans":
             "To make plan documents, open this page in the Kestrane palette. Documents can be read here as well.",
+        "noHost.mapping":
+            "To export with a property mapping, open this page in the Kestrane palette. Documents can be read here as well.",
         "noHost.publish":
             "To publish views and layouts as documents, open this page in the Kestrane palette.",
         "noHost.models":
@@ -51,6 +53,7 @@ export const texts = {
         "upload.fileName": "File name",
         "upload.onlyVisible": "Only visible elements",
         "upload.onlyVisibleHelp": "What the 3D window shows now",
+        "upload.useMapFile": "Apply the property mapping",
         "upload.submit": "Upload model",
         "upload.noFolder": "Choose or create a folder first.",
         "upload.running": "Exporting and uploading…",
@@ -88,6 +91,7 @@ export const texts = {
         "tabs.label": "Views",
         "tabs.documents": "Documents",
         "tabs.plans": "Plans",
+        "tabs.mapping": "Mapping",
         "tabs.publish": "Publish",
         "tabs.models": "Models",
         "tabs.issues": "Issues",
@@ -111,6 +115,18 @@ export const texts = {
             "The service does not answer any more. Check that it is running and refresh the documents; if the plan is missing, create and upload it again.",
         "plans.tooOld":
             "The Kestrane add-on in this Archicad cannot make plan documents yet. Install the current one, then start Archicad again.",
+
+        "mapping.heading": "Property mapping",
+        "mapping.intro": "Which properties of Archicad go into which property sets of the IFC file.",
+        "mapping.noFile": "No mapping file chosen",
+        "mapping.choose": "Choose mapping file…",
+        "mapping.notRead":
+            "No mapping was read. If you chose a file, check that it is an XML file of 64 MB at most with the root SchemeItemList.",
+        "mapping.names": "New properties",
+        "mapping.noNames": "Names for properties that you add to your mapping: none is given twice.",
+        "mapping.newName": "New property name…",
+        "mapping.tooOld":
+            "The Kestrane add-on in this Archicad cannot map properties yet. Install the current one, then start Archicad again.",
 
         "models.heading": "Models",
         "models.refresh": "Refresh",
@@ -337,6 +353,8 @@ export const texts = {
             "Um Ihr Modell hochzuladen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
         "noHost.plans":
             "Um Plandokumente zu erstellen, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
+        "noHost.mapping":
+            "Um mit einer Eigenschaftszuordnung zu exportieren, öffnen Sie diese Seite in der Kestrane-Palette. Dokumente können Sie auch hier lesen.",
         "noHost.publish":
             "Um Ausschnitte und Layouts als Dokumente zu veröffentlichen, öffnen Sie diese Seite in der Kestrane-Palette.",
         "noHost.models":
@@ -366,6 +384,7 @@ export const texts = {
         "upload.fileName": "Dateiname",
         "upload.onlyVisible": "Nur sichtbare Elemente",
         "upload.onlyVisibleHelp": "Was das 3D-Fenster gerade zeigt",
+        "upload.useMapFile": "Eigenschaftszuordnung anwenden",
         "upload.submit": "Modell hochladen",
         "upload.noFolder": "Wählen Sie zuerst einen Ordner oder legen Sie einen an.",
         "upload.running": "Export und Upload laufen…",
@@ -404,6 +423,7 @@ export const texts = {
         "tabs.label": "Ansichten",
         "tabs.documents": "Dokumente",
         "tabs.plans": "Pläne",
+        "tabs.mapping": "Zuordnung",
         "tabs.publish": "Veröffentlichen",
         "tabs.models": "Modelle",
         "tabs.issues": "Aufgaben",
@@ -427,6 +447,18 @@ export const texts = {
             "Der Dienst antwortet nicht mehr. Prüfen Sie, ob er läuft, und aktualisieren Sie die Dokumente; fehlt der Plan, erstellen Sie ihn erneut und laden ihn hoch.",
         "plans.tooOld":
             "Das Kestrane-Add-on in diesem Archicad kann noch keine Plandokumente erstellen. Installieren Sie das aktuelle und starten Sie Archicad neu.",
+
+        "mapping.heading": "Eigenschaftszuordnung",
+        "mapping.intro": "Welche Eigenschaften von Archicad in welche Eigenschaftssätze der IFC-Datei kommen.",
+        "mapping.noFile": "Keine Zuordnungsdatei gewählt",
+        "mapping.choose": "Zuordnungsdatei wählen…",
+        "mapping.notRead":
+            "Es wurde keine Zuordnung gelesen. Haben Sie eine Datei gewählt, prüfen Sie, ob sie eine XML-Datei von höchstens 64 MB mit dem Wurzelelement SchemeItemList ist.",
+        "mapping.names": "Neue Eigenschaften",
+        "mapping.noNames": "Namen für Eigenschaften, die Sie Ihrer Zuordnung hinzufügen: Keiner wird zweimal vergeben.",
+        "mapping.newName": "Neuer Eigenschaftsname…",
+        "mapping.tooOld":
+            "Das Kestrane-Add-on in diesem Archicad kann noch keine Eigenschaften zuordnen. Installieren Sie das aktuelle und starten Sie Archicad neu.",
 
         "models.heading": "Modelle",
         "models.refresh": "Aktualisieren",

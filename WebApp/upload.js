@@ -116,8 +116,8 @@ export class Upload {
         return this.host.uploadAnswer();
     }
 
-    send({ token, projectId, folderId, fileName, onlyVisible }) {
-        return this.host.exportModel({ token, projectId, folderId, fileName, onlyVisible });
+    send(request) {
+        return this.host.exportModel(request);
     }
 
     // The host does not hand on the status of the answer; the service itself knows whether the sign-in ended.

@@ -170,6 +170,10 @@ void Prepare(Application& application, QtDriver& driver, MainWindow& window, con
             std::fprintf(stderr, "dialog: %s\n", qPrintable(dialog.texts.join(" | ")));
             return std::optional<DialogAnswer>(DialogAnswer());
         });
+        driver.SetOnFile([](const hostkit::dg::FileQuestion& question) {
+            std::fprintf(stderr, "file: %s\n", qPrintable(ToQString(question.title)));
+            return std::optional(hostkit::dg::FileAnswer());
+        });
     }
 }
 
@@ -196,12 +200,17 @@ ExitStatus RunDesktop(Application& application, Automation& automation, QtDriver
             const std::optional<DialogAnswer> answer = console->OnDialog(dialog);
             return answer || !options.headless ? answer : DialogAnswer();
         });
+        driver.SetOnFile([&](const hostkit::dg::FileQuestion& question) {
+            const std::optional<hostkit::dg::FileAnswer> answer = console->OnFile(question);
+            return answer || !options.headless ? answer : std::optional(hostkit::dg::FileAnswer());
+        });
         console->Start();
     }
     if (!options.model.isEmpty()) queue.Post([&] { application.Open(options.model.toStdString()); });
     const int status = QApplication::exec();
     driver.SetOnAlert({});
     driver.SetOnDialog({});
+    driver.SetOnFile({});
     return status == 0 ? done : failed;
 }
 

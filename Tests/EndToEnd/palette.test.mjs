@@ -41,6 +41,8 @@ test("the page sees the functions in their order as soon as its scripts run, als
         "GetExportHistory",
         "SaveExportHistoryData",
         "GetPlanDocuments",
+        "OpenMappingFile",
+        "SetNewPropertyName",
         "GetPublishSetHeaders",
         "GetPublishSetItems",
         "HandlePublishSets",
@@ -51,6 +53,7 @@ test("the page sees the functions in their order as soon as its scripts run, als
         "SetPublishHistory",
         "GetPublishItems",
     ];
+    assert.equal(expected.length, 35);
     assert.deepEqual(await workbench.eval(functions), expected);
     await workbench.eval("setTimeout(() => location.reload(), 0)");
     await workbench.until("document.readyState === 'complete'");

@@ -4,6 +4,7 @@ import { documentsView } from "./documents.js";
 import { exportHistoryView } from "./export-history.js";
 import { hostInfoView } from "./host-info.js";
 import { issuesView } from "./issues.js";
+import { mappingView } from "./mapping.js";
 import { modelsView } from "./models.js";
 import { placesView } from "./places.js";
 import { plansView } from "./plans.js";
@@ -18,6 +19,7 @@ export function mainView({ user, onSignOut, ...parts }) {
     const { host, view, signal } = parts;
     const canPublish = Boolean(host?.canPublish());
     const canMakePlans = Boolean(host?.canMakePlans());
+    const canMap = Boolean(host?.canMap());
     const shownIn = (names, content) => {
         view.watch((shown) => (content.hidden = ![names].flat().includes(shown)), signal);
         return content;
@@ -29,7 +31,11 @@ export function mainView({ user, onSignOut, ...parts }) {
             "div",
             { class: "column" },
             placesView(parts),
-            shownIn("documents", host ? uploadView(parts) : noHost(text("noHost.body"))),
+            shownIn("mapping", canMap ? mappingView(parts) : cannot(host, "mapping")),
+            shownIn(
+                canMap ? ["documents", "mapping"] : "documents",
+                host ? uploadView(parts) : noHost(text("noHost.body")),
+            ),
             shownIn("plans", canMakePlans ? plansView(parts) : cannot(host, "plans")),
             shownIn("publish", canPublish ? publishSetsView(parts) : cannot(host, "publish")),
             host ? null : shownIn("models", noHost(text("noHost.models"))),
@@ -39,7 +45,7 @@ export function mainView({ user, onSignOut, ...parts }) {
         element(
             "div",
             { class: "column" },
-            shownIn(["documents", "plans"], documentsView(parts)),
+            shownIn(["documents", "plans", "mapping"], documentsView(parts)),
             canPublish ? shownIn("publish", publishItemsView(parts)) : null,
             canPublish ? shownIn("publish", exportHistoryView(parts)) : null,
             shownIn("models", modelsView(parts)),

@@ -2,6 +2,9 @@ import { element } from "../dom.js";
 import { text } from "../text.js";
 import { chooser } from "./chooser.js";
 
+/** The views that put nothing into a folder. */
+const folderless = ["models", "issues"];
+
 /**
  * The choice of project and folder. `chosenProject` follows it, and `place`: { project, folder }; both are null
  * while there is none.
@@ -43,7 +46,7 @@ export function placesView({ service, chosenProject, place, choices, view, signa
         },
     });
 
-    view.watch((shown) => (folders.view.hidden = !["documents", "plans", "publish"].includes(shown)), signal);
+    view.watch((shown) => (folders.view.hidden = folderless.includes(shown)), signal);
     projects.load(choices.get()?.projectId);
     return element(
         "section",

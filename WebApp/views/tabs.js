@@ -1,7 +1,14 @@
 import { element, icon } from "../dom.js";
 import { text } from "../text.js";
 
-const pictures = { documents: "folder", plans: "plan", publish: "publish", models: "model", issues: "issue" };
+const pictures = {
+    documents: "folder",
+    plans: "plan",
+    mapping: "mapping",
+    publish: "publish",
+    models: "model",
+    issues: "issue",
+};
 
 /** The names of the page's views. */
 export const views = Object.keys(pictures);

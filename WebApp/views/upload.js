@@ -3,12 +3,18 @@ import { text } from "../text.js";
 import { fileNameField } from "./file-name-field.js";
 import { uploadStatus } from "./upload-status.js";
 
-/** The "Upload model" card: `draft` holds { fileName, onlyVisible }, `upload` does the work. */
-export function uploadView({ upload, project, place, draft, signal }) {
+/** The "Upload model" card: `draft` holds { fileName, onlyVisible }, `upload` does the work, with the `mapping`. */
+export function uploadView({ upload, project, place, draft, mapping, signal }) {
     const model = element("p", { class: "quiet" });
     const fileName = fileNameField({ id: "file-name", changed });
     fileName.setExtension("ifc");
     const onlyVisible = element("input", { id: "only-visible", type: "checkbox", onchange: changed });
+    const useMapFile = element("input", {
+        id: "use-map-file",
+        type: "checkbox",
+        onchange: () => mapping.apply(useMapFile.checked),
+    });
+    const mapped = element("label", { class: "check" }, useMapFile, element("span", {}, text("upload.useMapFile")));
     const submit = element(
         "button",
         { id: "upload-model", class: "primary wide" },
@@ -32,6 +38,7 @@ export function uploadView({ upload, project, place, draft, signal }) {
             folderId: String(chosen.folder.id),
             fileName: name,
             onlyVisible: onlyVisible.checked,
+            useMapFile: mapping.applies(),
         });
     }
 
@@ -44,6 +51,10 @@ export function uploadView({ upload, project, place, draft, signal }) {
     draft.watch((filled) => {
         fileName.setValue(filled.fileName);
         onlyVisible.checked = filled.onlyVisible;
+    }, signal);
+    mapping.state.watch((now) => {
+        mapped.hidden = now.path === "";
+        useMapFile.checked = now.applied;
     }, signal);
     project.watch((name) => {
         model.textContent = name ? text("upload.model", { project: name }) : text("upload.noModel");
@@ -68,6 +79,7 @@ export function uploadView({ upload, project, place, draft, signal }) {
                 element("small", {}, text("upload.onlyVisibleHelp")),
             ),
         ),
+        mapped,
         submit,
         hint,
         uploadStatus({ id: "upload-status", upload, signal }),

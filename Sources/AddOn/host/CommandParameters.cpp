@@ -26,3 +26,11 @@ GSErrCode CommandParameterList::AddText(const char* name, const GS::UniString& t
     parameter.string_par = texts.back().c_str();
     return ACAPI_Goodies(APIAny_AddMDCLParameterID, list, &parameter);
 }
+
+GSErrCode CommandParameterList::AddReference(const char* name, const void* value) {
+    API_MDCLParameter parameter = {};
+    parameter.name = name;
+    parameter.type = MDCLPar_ptr;
+    parameter.ptr_par = const_cast<void*>(value);
+    return ACAPI_Goodies(APIAny_AddMDCLParameterID, list, &parameter);
+}

@@ -40,6 +40,11 @@ void KestranePalette::ExportModel(const GS::UniString& json) {
     const std::optional<GS::UniString> fileName = request.GetString("fileName");
     const std::optional<bool> onlyVisible = request.GetBool("onlyVisible");
 
+    if (request.GetBool("useMapFile").value_or(false) && !mappingProperties.IsEmpty()) {
+        CreatePreset();
+        AddNewPropertyMappingForExport();
+    }
+
     GS::UniString path;
     if (token && projectId && folderId && fileName && onlyVisible) {
         path = SaveIfcModel(*fileName, *onlyVisible);

@@ -3,6 +3,8 @@
 #include "APIEnvir.h"
 
 #include "ACAPinc.h"
+#include "palette/PropertyMapping.hpp"
+
 #include "DGBrowser.hpp"
 #include "DGModule.hpp"
 #include "Location.hpp"
@@ -11,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 class PublishRun;
 struct ACSection;
@@ -134,7 +137,8 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
 
     /// Saves the model and starts its upload. The request is an object with the strings "token", "projectId",
     /// "folderId", "fileName" (without extension) and the boolean "onlyVisible"; the page is told
-    /// "CompleteExportModel()" or "FailExportModel()".
+    /// "CompleteExportModel()" or "FailExportModel()". With the boolean "useMapFile" the host applies the
+    /// property mapping that was read last.
     void ExportModel(const GS::UniString& json);
 
     /// The whole project as the text of an IFC file; empty when the name is empty or the file cannot be read.
@@ -273,6 +277,42 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     /// The service's answer to the last upload of a plan; empty before the first and without a palette.
     static GS::UniString GetPlanDocuments();
 
+    // -- Property mapping -----------------------------------------------------------------------------------
+
+    /// OpenMapFile of the one palette; empty without one.
+    static GS::UniString OpenMappingFile();
+
+    /// Lets the person choose a mapping file and reads it. Returns its path; empty when none was chosen, or
+    /// it is no mapping file.
+    GS::UniString OpenMapFile();
+
+    /// False when the person chose none.
+    static bool GetMapFileLocation(IO::Location* location);
+
+    /// Replaces the mapping by the file's. False, and no change, when the file cannot be read or has another
+    /// root.
+    bool GetPropertyMapData(const IO::Location& location);
+
+    /// Reads the node when it is a "SchemeProperty".
+    void ReadElement(const xercesc::DOMNode& node);
+
+    /// Adds the one property that the element describes; nothing when something is missing that it needs.
+    void ReadPropertyElement(const xercesc::DOMElement& element);
+
+    /// Null when the mapping has no such set yet.
+    SchemeProperty* GetSchemePropertyByName(const GS::UniString& entityType, const GS::UniString& setName);
+
+    void CleanPropertyMaps();
+
+    /// Has the host make the preset that the next export applies.
+    static void CreatePreset();
+
+    /// Adds the mapping to the preset.
+    void AddNewPropertyMappingForExport();
+
+    /// The name that the person gives to a property, which is none of these; empty when it was cancelled.
+    static GS::UniString GetNewPropertyName(const GS::Array<GS::UniString>& namesInUse);
+
     // -- Publisher sets: what could be published, made ready, and sent to the service -----------------------
 
     /// The remembered selection of this project: JSON of an object with the strings "publishSet" and
@@ -374,5 +414,7 @@ class KestranePalette : public DG::Palette, public DG::PanelObserver {
     std::shared_ptr<const GS::UniString> exportedModelResult;
     std::shared_ptr<const GS::UniString> exportedPlanResult;
     std::shared_ptr<PublishRun> publishRun;  // none yet: empty
+    GS::Array<SchemeProperty> mappingProperties;
+    std::vector<UInt32> mappingKeys;  // in the same order: what a search looks at before the names
     PublishHistory publishHistory;
 };

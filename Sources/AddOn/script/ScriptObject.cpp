@@ -154,6 +154,14 @@ Value SaveExportHistoryData(const Value& request) {
     return Done();
 }
 
+Value OpenMappingFile(const Value&) {
+    return Text(KestranePalette::OpenMappingFile());
+}
+
+Value SetNewPropertyName(const Value& namesInUse) {
+    return Text(KestranePalette::GetInstance().GetNewPropertyName(GetStringArrayFromJSVariable(namesInUse)));
+}
+
 Value GetPublishSetHeaders(const Value&) {
     return Text(::GetPublishSetHeaders());
 }
@@ -220,6 +228,8 @@ constexpr ScriptFunction scriptFunctions[] = {
     {"GetExportHistory", GetExportHistory},
     {"SaveExportHistoryData", SaveExportHistoryData},
     {"GetPlanDocuments", GetPlanDocuments},
+    {"OpenMappingFile", OpenMappingFile},
+    {"SetNewPropertyName", SetNewPropertyName},
     {"GetPublishSetHeaders", GetPublishSetHeaders},
     {"GetPublishSetItems", GetPublishSetItems},
     {"HandlePublishSets", HandlePublishSets},

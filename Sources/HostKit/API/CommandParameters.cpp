@@ -30,6 +30,12 @@ const std::string* CommandParameters::FindText(const std::string& name) const {
     return found == values.end() ? nullptr : std::get_if<std::string>(&found->second);
 }
 
+void* CommandParameters::FindPointer(const std::string& name) const {
+    const auto found = values.find(name);
+    const auto* pointer = found == values.end() ? nullptr : std::get_if<void*>(&found->second);
+    return pointer == nullptr ? nullptr : *pointer;
+}
+
 GSHandle CommandParameterLists::Create() {
     GSHandle handle = BMAllocateHandle(0);
     if (handle != nullptr) lists[handle] = {};

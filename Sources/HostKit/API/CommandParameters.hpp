@@ -16,6 +16,8 @@ class CommandParameters {
 
     // Null when there is no such text.
     const std::string* FindText(const std::string& name) const;
+    // The address; null when there is none.
+    void* FindPointer(const std::string& name) const;
 
   private:
     std::map<std::string, std::variant<std::string, Int32, double, void*>> values;

@@ -45,6 +45,12 @@ class LeftText : public TextItem {
     LeftText(const Reference& panel, short item) : TextItem(panel, item) {}
 };
 
+// A field for a line of text, as long as its resource allows.
+class TextEdit : public TextItem {
+  public:
+    TextEdit(const Reference& panel, short item) : TextItem(panel, item) {}
+};
+
 class ButtonClickEvent {
   public:
     explicit ButtonClickEvent(const Button* source) : source(source) {}

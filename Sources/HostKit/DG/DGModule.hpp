@@ -5,6 +5,7 @@
 #include "DGAlert.hpp"
 #include "DGBrowser.hpp"
 #include "DGBrowserJSHandler.hpp"
+#include "DGFileDialog.hpp"
 #include "DGItem.hpp"
 #include "DGListBox.hpp"
 #include "DGModalDialog.hpp"

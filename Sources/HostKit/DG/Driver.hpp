@@ -1,7 +1,10 @@
 #pragma once
 
 #include <array>
+#include <filesystem>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "DGBrowserJSHandler.hpp"
 #include "HostKit/Resources/Resources.hpp"
@@ -15,6 +18,20 @@ struct AlertTexts {
     GS::UniString small;
     std::array<GS::UniString, 3> buttons;  // an empty one is not shown
 };
+
+// Which file the person is to choose.
+struct FileQuestion {
+    struct Filter {
+        GS::UniString text;
+        GS::UniString extension;  // without the dot; empty: every file
+    };
+
+    GS::UniString title;
+    std::vector<Filter> filters;  // none: every file
+};
+
+// A file that exists, or nothing when the person cancelled.
+using FileAnswer = std::optional<std::filesystem::path>;
 
 class BrowserPeer {
   public:
@@ -93,6 +110,9 @@ class Driver {
 
     // Null when there is nobody to show it to: the dialog counts as cancelled.
     virtual std::unique_ptr<DialogPeer> CreateDialog(const DialogResource&, DialogEvents&) { return nullptr; }
+
+    // Waits for the answer; cancelled when there is nobody to ask.
+    virtual FileAnswer AskForFile(const FileQuestion&) { return std::nullopt; }
 
     // Waits for the answer: the number of the button, from 1.
     virtual short Alert(const AlertTexts& texts) = 0;

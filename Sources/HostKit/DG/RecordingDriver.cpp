@@ -19,8 +19,10 @@ class RecordingDriver::Record {
 
     std::deque<short> answers;
     std::vector<AlertTexts> alerts;
-    std::deque<std::optional<short>> dialogAnswers;
+    std::deque<std::pair<std::optional<short>, std::map<short, std::string>>> dialogAnswers;
     std::vector<ShownDialog> dialogs;
+    std::deque<FileAnswer> fileAnswers;
+    std::vector<FileQuestion> fileQuestions;
     std::vector<std::string> calls;
     std::vector<Script> scripts;
     std::map<std::string, std::size_t> scriptsUsedUp;
@@ -154,7 +156,9 @@ class RecordingDriver::Dialog : public DialogPeer {
         {
             const std::lock_guard lock(record->mutex);
             if (!record->dialogAnswers.empty()) {
-                answer = record->dialogAnswers.front();
+                answer = record->dialogAnswers.front().first;
+                for (const auto& [item, text] : record->dialogAnswers.front().second)
+                    shown.texts[item] = text;
                 record->dialogAnswers.pop_front();
             }
         }
@@ -232,9 +236,27 @@ std::unique_ptr<DialogPeer> RecordingDriver::CreateDialog(const DialogResource& 
     return std::make_unique<Dialog>(record, resource, events);
 }
 
-void RecordingDriver::QueueDialogAnswer(std::optional<short> item) {
+void RecordingDriver::QueueDialogAnswer(std::optional<short> item, std::map<short, std::string> typed) {
     const std::lock_guard lock(record->mutex);
-    record->dialogAnswers.push_back(item);
+    record->dialogAnswers.emplace_back(item, std::move(typed));
+}
+
+FileAnswer RecordingDriver::AskForFile(const FileQuestion& question) {
+    const std::lock_guard lock(record->mutex);
+    record->fileQuestions.push_back(question);
+    if (record->fileAnswers.empty()) return std::nullopt;
+    FileAnswer answer = std::move(record->fileAnswers.front());
+    record->fileAnswers.pop_front();
+    return answer;
+}
+
+void RecordingDriver::QueueFileAnswer(FileAnswer file) {
+    const std::lock_guard lock(record->mutex);
+    record->fileAnswers.push_back(std::move(file));
+}
+
+std::vector<FileQuestion> RecordingDriver::FileQuestions() const {
+    return record->Get([](const Record& read) { return read.fileQuestions; });
 }
 
 std::vector<RecordingDriver::ShownDialog> RecordingDriver::Dialogs() const {

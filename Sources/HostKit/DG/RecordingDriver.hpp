@@ -44,9 +44,17 @@ class RecordingDriver : public Driver {
 
     std::unique_ptr<DialogPeer> CreateDialog(const DialogResource& resource, DialogEvents& events) override;
 
-    // The item that is clicked in the next dialog, or nothing: it is cancelled. Answers are used in order;
-    // without one a dialog gets a click on its item 1. One that stays open then is cancelled.
-    void QueueDialogAnswer(std::optional<short> item);
+    FileAnswer AskForFile(const FileQuestion& question) override;
+
+    // The item that is clicked in the next dialog after these texts were typed into its fields, or nothing:
+    // it is cancelled. Answers are used in order; without one a dialog gets a click on its item 1. One that
+    // stays open then is cancelled.
+    void QueueDialogAnswer(std::optional<short> item, std::map<short, std::string> typed = {});
+
+    // What is chosen when the next file is asked for, or nothing: that is cancelled, as it is without an
+    // answer.
+    void QueueFileAnswer(FileAnswer file);
+    std::vector<FileQuestion> FileQuestions() const;
 
     // Those that were closed, in that order.
     std::vector<ShownDialog> Dialogs() const;

@@ -151,15 +151,16 @@ bool Application::Save(const std::filesystem::path& file) {
     return false;
 }
 
-SaveResult Application::Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements) {
+SaveResult Application::Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements,
+                              std::span<const MappedSet> mapping) {
     Work work(*this, say("Saving the model", "Modell wird gesichert"));
     const Progress progress = work.OnProgress();
-    if (elements == nullptr) return SaveIfc(*project, file, progress);
+    if (elements == nullptr) return SaveIfc(*project, file, progress, mapping);
     std::vector<API_Guid> chosen;
     chosen.reserve(elements->GetSize());
     for (const API_Guid& guid : *elements)
         chosen.push_back(guid);
-    return SaveIfcSubset(*project, chosen, file, progress);
+    return SaveIfcSubset(*project, chosen, file, progress, mapping);
 }
 
 void Application::Settle() {

@@ -100,8 +100,11 @@ class Application {
     /// of their own in the data folder.
     using AsksForFile = std::function<std::optional<std::filesystem::path>(const std::filesystem::path&)>;
     void SetAsksForFile(AsksForFile function) { asksForFile = std::move(function); }
-    /// Saves the whole model, or only `elements`, without telling anybody.
-    SaveResult Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements);
+    /// Saves the whole model, or only `elements`, with the property sets of the mapping; tells nobody.
+    SaveResult Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements,
+                     std::span<const MappedSet> mapping = {});
+    /// Does it when the add-on's call is over.
+    void AtEndOfCall(std::function<void()> work) { queue.Post(std::move(work)); }
 
     const Project& OpenProject() const { return *project; }
     /// What it offers for publishing, until it is replaced or edited.

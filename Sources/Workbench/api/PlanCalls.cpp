@@ -100,8 +100,8 @@ GSErrCode WorkbenchHost::SavePlan(const std::function<void(const Plan&)>& write)
     });
 }
 
-GSErrCode WorkbenchHost::CallCommand(const hostkit::CommandCall& call,
-                                     const hostkit::CommandParameters& parameters, GSPtr result) {
+GSErrCode WorkbenchHost::CallDxfDwg(const hostkit::CommandCall& call,
+                                    const hostkit::CommandParameters& parameters, GSPtr result) {
     if (call.module.developerID != dxfDwg.developerID || call.module.localID != dxfDwg.localID)
         return APIERR_MODULNOTINSTALLED;
     if (call.command != getDefaultConfiguration && call.command != saveFile)

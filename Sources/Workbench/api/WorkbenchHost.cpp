@@ -101,10 +101,10 @@ GSErrCode WorkbenchHost::SaveAsIfc(const std::filesystem::path& file, const API_
     if (!IsGeneralTranslator(pars.translatorIdentifier.innerReference)) return APIERR_BADPARS;
     switch (pars.elementsToIfcExport) {
         case API_EntireProject:
-            return ErrorOf(application.Write(file, nullptr).outcome);
+            return ErrorOf(WriteMapped(file, nullptr).outcome);
         case API_FilteredElements:
             if (pars.elementsSet == nullptr) return APIERR_BADPARS;
-            return ErrorOf(application.Write(file, pars.elementsSet).outcome);
+            return ErrorOf(WriteMapped(file, pars.elementsSet).outcome);
         default:
             return APIERR_REFUSEDPAR;
     }

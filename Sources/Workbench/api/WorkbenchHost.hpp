@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "HostKit/API/Host.hpp"
+#include "Workbench/api/ExportPresets.hpp"
+#include "Workbench/exchange/Exchange.hpp"
 #include "Workbench/view/PlanDrawing.hpp"
 
 namespace workbench {
@@ -83,7 +85,15 @@ class WorkbenchHost : public hostkit::Host {
     /// Writes the plan of the storey in front, or that was in front last; "write" throws PlanFileError.
     GSErrCode SavePlan(const std::function<void(const Plan&)>& write);
 
+    /// Of the DXF/DWG add-on, the only one besides the mappings that is installed.
+    GSErrCode CallDxfDwg(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
+                         GSPtr result);
+    GSErrCode CallMapping(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters);
+    /// With the preset that applies, which then does not apply any more.
+    SaveResult WriteMapped(const std::filesystem::path& file, const GS::Array<API_Guid>* elements);
+
     Application& application;
+    ExportPresets presets;
 };
 
 }  // namespace workbench

@@ -99,4 +99,15 @@ void Automation::SavePicture(const std::string& of, const std::filesystem::path&
     }
 }
 
+void Automation::AnswerFile(const std::filesystem::path& file) {
+    driver.SetOnFile(
+        [file](const hostkit::dg::FileQuestion&) { return std::optional(hostkit::dg::FileAnswer(file)); });
+}
+
+void Automation::AnswerName(const std::string& text) {
+    driver.SetOnDialog([text = QString::fromStdString(text)](const ShownDialog&) {
+        return std::optional(DialogAnswer{.item = 1, .text = text});
+    });
+}
+
 }  // namespace workbench

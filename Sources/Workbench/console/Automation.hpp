@@ -42,6 +42,10 @@ class Automation {
     /// Saves as PNG what "window", "palette", "3d" or "plan" shows.
     void SavePicture(const std::string& of, const std::filesystem::path& file);
 
+    /// From now on each file that is asked for is this one, and each dialog with a field gets this text.
+    void AnswerFile(const std::filesystem::path& file);
+    void AnswerName(const std::string& text);
+
     bool WaitFor(const std::function<bool()>& done, std::chrono::milliseconds timeout);
 
   private:

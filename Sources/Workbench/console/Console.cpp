@@ -431,4 +431,12 @@ std::optional<DialogAnswer> Console::OnDialog(const ShownDialog& dialog) {
     return dialogAnswers.Take(kind);
 }
 
+std::optional<hostkit::dg::FileAnswer> Console::OnFile(const hostkit::dg::FileQuestion& question) {
+    Json texts{ToText(question.title)};
+    for (const auto& filter : question.filters)
+        texts.push_back(ToText(filter.text));
+    Write({{"event", "dialog"}, {"kind", "file"}, {"texts", texts}});
+    return dialogAnswers.TakeFile();
+}
+
 }  // namespace workbench

@@ -31,6 +31,7 @@ class Console : public QObject, public ApplicationObserver {
     std::optional<short> OnAlert(const hostkit::dg::AlertTexts& texts);
     /// The same for a modal dialog.
     std::optional<DialogAnswer> OnDialog(const ShownDialog& dialog);
+    std::optional<hostkit::dg::FileAnswer> OnFile(const hostkit::dg::FileQuestion& question);
 
     void ProjectReady(const MeshOutcome& outcome) override;
     void ProjectOpened() override;

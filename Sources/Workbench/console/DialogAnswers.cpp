@@ -18,13 +18,14 @@ std::string DialogAnswers::KindOf(const ShownDialog& dialog) {
 
 void DialogAnswers::Add(const std::string& kind, const nlohmann::ordered_json& value) {
     DialogAnswer answer;
-    if (kind == "property-name") {
+    if (kind == "property-name" || kind == "file") {
         if (value.is_null())
             answer.item = 0;
         else
             answer.text = QString::fromStdString(value.get<std::string>());
     } else if (kind != "report") {
-        throw AutomationError("there are no dialogs of this kind; there are alert, property-name and report");
+        throw AutomationError(
+            "there are no dialogs of this kind; there are alert, file, property-name and report");
     }
     answers[kind].push_back(answer);
 }
@@ -35,6 +36,13 @@ std::optional<DialogAnswer> DialogAnswers::Take(const std::string& kind) {
     const DialogAnswer answer = queued.front();
     queued.pop_front();
     return answer;
+}
+
+std::optional<hostkit::dg::FileAnswer> DialogAnswers::TakeFile() {
+    const std::optional<DialogAnswer> answer = Take("file");
+    if (!answer) return std::nullopt;
+    if (!answer->text) return hostkit::dg::FileAnswer();
+    return answer->text->toStdString();
 }
 
 }  // namespace workbench

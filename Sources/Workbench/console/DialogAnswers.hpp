@@ -17,10 +17,11 @@ class DialogAnswers {
     static std::string KindOf(const ShownDialog& dialog);
 
     /// Throws AutomationError for a kind that there is not. A report is closed whatever the value is; a
-    /// property name is a text, or null to cancel.
+    /// property name and a file are texts, or null to cancel.
     void Add(const std::string& kind, const nlohmann::ordered_json& value);
     /// The next one for this kind, if there is one.
     std::optional<DialogAnswer> Take(const std::string& kind);
+    std::optional<hostkit::dg::FileAnswer> TakeFile();
 
   private:
     std::map<std::string, std::deque<DialogAnswer>> answers;

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "HostKit/API/Registry.hpp"
+#include "Workbench/console/FunctionTour.hpp"
 #include "Workbench/console/PageScripts.hpp"
 #include "Workbench/console/PlanTour.hpp"
 #include "Workbench/console/ViewpointTour.hpp"
@@ -54,14 +55,20 @@ bool Tour::Step(const std::string& name, const std::function<std::string()>& wor
 }
 
 bool Tour::Run(const std::filesystem::path& model) {
+    FunctionTour functions(application, automation);
     return Step("Open the model", [&] { return OpenModel(model); }) &&
            Step("Open the palette", [&] { return OpenPalette(); }) &&
+           Step("Count what is called", [&] { return functions.Watch(); }) &&
            Step("Sign in", [&] { return SignIn(); }) &&
            Step("Upload the model", [&] { return UploadModel(); }) &&
-           Step("Compare what is stored", [&] { return CompareStored(); }) && UploadPlans() && PublishSet() &&
-           Step("Merge with a copy", [&] { return MergeWithCopy(); }) &&
+           Step("Compare what is stored", [&] { return CompareStored(); }) &&
+           Step("Export with a mapping", [&] { return functions.ExportWithMapping(); }) && UploadPlans() &&
+           PublishSet() && Step("Merge with a copy", [&] { return MergeWithCopy(); }) &&
            Step("Undo the merge", [&] { return UndoMerge(); }) && ReturnToViewpoints() &&
-           Step("Take pictures", [&] { return TakePictures(); });
+           Step("Find an element", [&] { return functions.FindElement(); }) &&
+           Step("Take pictures", [&] { return TakePictures(); }) &&
+           Step("Open the model's text", [&] { return functions.ReopenFromText(); }) &&
+           Step("Count the functions", [&] { return functions.AllUsed(); });
 }
 
 std::string Tour::OpenModel(const std::filesystem::path& model) {

@@ -87,7 +87,9 @@ QWidget* QtDialog::MakeItem(const hostkit::DialogItem& item, short number) {
                          [this, number] { events.UserClicked(number); });
         made = button;
     } else if (item.kind == "TextEdit") {
-        made = new QLineEdit(ToQString(item.text));
+        auto* field = new QLineEdit(ToQString(item.text));
+        if (!item.options.empty()) field->setMaxLength(QString::fromStdString(item.options.back()).toInt());
+        made = field;
     } else if (item.kind == "SingleSelList") {
         auto* list = new QTreeWidget;
         list->setRootIsDecorated(false);

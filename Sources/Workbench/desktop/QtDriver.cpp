@@ -1,6 +1,7 @@
 #include "Workbench/desktop/QtDriver.hpp"
 
 #include <QCloseEvent>
+#include <QFileDialog>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
@@ -84,6 +85,23 @@ std::unique_ptr<hostkit::dg::PalettePeer> QtDriver::CreatePalette(const hostkit:
 std::unique_ptr<hostkit::dg::DialogPeer> QtDriver::CreateDialog(const hostkit::DialogResource& resource,
                                                                 hostkit::dg::DialogEvents& events) {
     return std::make_unique<QtDialog>(resource, events, window, onDialog);
+}
+
+hostkit::dg::FileAnswer QtDriver::AskForFile(const hostkit::dg::FileQuestion& question) {
+    if (onFile) {
+        if (const std::optional<hostkit::dg::FileAnswer> answer = onFile(question)) return *answer;
+    }
+
+    QStringList filters;
+    for (const auto& [text, extension] : question.filters) {
+        const QString pattern = extension.IsEmpty() ? QString("*") : "*." + ToQString(extension);
+        filters += (text.IsEmpty() ? pattern : ToQString(text)) + " (" + pattern + ")";
+    }
+    QFileDialog dialog(window, ToQString(question.title));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    if (!filters.isEmpty()) dialog.setNameFilters(filters);
+    if (dialog.exec() == 0) return std::nullopt;
+    return dialog.selectedFiles().value(0).toStdString();
 }
 
 short QtDriver::Alert(const hostkit::dg::AlertTexts& texts) {

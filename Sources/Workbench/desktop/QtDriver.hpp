@@ -48,6 +48,9 @@ class QtDriver : public hostkit::dg::Driver {
     void SetOnAlert(OnAlert function) { onAlert = std::move(function); }
     /// The same for modal dialogs.
     void SetOnDialog(QtDialog::OnDialog function) { onDialog = std::move(function); }
+    /// Called before a file is asked for; what was chosen, if anything, or no answer to ask the person.
+    using OnFile = std::function<std::optional<hostkit::dg::FileAnswer>(const hostkit::dg::FileQuestion&)>;
+    void SetOnFile(OnFile function) { onFile = std::move(function); }
     BrowserOptions& Browsers() { return browserOptions; }
 
     /// The palette's dock and its browser; null before the add-on has made them.
@@ -57,6 +60,7 @@ class QtDriver : public hostkit::dg::Driver {
     short Alert(const hostkit::dg::AlertTexts& texts) override;
     std::unique_ptr<hostkit::dg::DialogPeer> CreateDialog(const hostkit::DialogResource& resource,
                                                           hostkit::dg::DialogEvents& events) override;
+    hostkit::dg::FileAnswer AskForFile(const hostkit::dg::FileQuestion& question) override;
     std::unique_ptr<hostkit::dg::PalettePeer> CreatePalette(const hostkit::DialogResource& resource,
                                                             hostkit::dg::PaletteEvents& events) override;
 
@@ -67,6 +71,7 @@ class QtDriver : public hostkit::dg::Driver {
     QMainWindow* window = nullptr;
     OnAlert onAlert;
     QtDialog::OnDialog onDialog;
+    OnFile onFile;
     BrowserOptions browserOptions;
     QPointer<PaletteDock> dock;
     WebBrowser* browser = nullptr;

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Workbench/exchange/PropertyMapping.hpp"
 #include "Workbench/project/Project.hpp"
 #include "Workbench/step/Progress.hpp"
 
@@ -48,19 +49,23 @@ enum class SaveOutcome {
 struct SaveResult {
     SaveOutcome outcome = SaveOutcome::done;
     std::filesystem::path file;
-    std::string detail;  // the system's words
+    std::string detail;         // the system's words
+    MappingCounts mapped = {};  // by the mapping that it was saved with
 };
 
 /// Opens an .ifc or .ifczip (told apart by content). A damaged file that is usable opens; what was skipped is
 /// in project->Document().Problems().
 OpenResult OpenIfc(const std::filesystem::path& file, const Progress& progress = {});
 
-/// Writes the whole model, byte for byte as it was read. On any failure the old file stays as it was.
-SaveResult SaveIfc(const Project& project, const std::filesystem::path& file, const Progress& progress = {});
+/// Writes the whole model, byte for byte as it was read, and with the property sets of the mapping where its
+/// elements have values for them. On any failure the old file stays as it was.
+SaveResult SaveIfc(const Project& project, const std::filesystem::path& file, const Progress& progress = {},
+                   std::span<const MappedSet> mapping = {});
 /// Writes these elements (with their parts, openings, types, properties, materials and spatial parents) and
 /// no other. GUIDs that are not in the project are passed over.
 SaveResult SaveIfcSubset(const Project& project, std::span<const API_Guid> elements,
-                         const std::filesystem::path& file, const Progress& progress = {});
+                         const std::filesystem::path& file, const Progress& progress = {},
+                         std::span<const MappedSet> mapping = {});
 
 /// Sentences for a person, naming the file, what is wrong and what to do.
 std::string Describe(const Refusal& refusal, Language language);

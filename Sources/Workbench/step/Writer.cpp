@@ -68,12 +68,39 @@ std::vector<Patch> PatchesOf(const Document& document, const Changes& changes) {
     return patches;
 }
 
+/// With their line ends.
 std::vector<std::string_view> NewRecords(const Document& document, const Changes& changes) {
     std::vector<std::string_view> added;
     for (const auto& [id, text] : changes.records) {
-        if (!document.Find(id)) added.push_back(text);
+        if (!document.Find(id)) added.insert(added.end(), {text, "\n"});
     }
+    if (!changes.added.empty()) added.push_back(changes.added);
     return added;
+}
+
+/// What a file with the chosen records consists of, from its beginning to its end.
+template <typename Take>
+void ForEachPiece(const Document& document, std::span<const Record* const> chosen, const Changes& changes,
+                  Take take) {
+    const std::string_view header = document.HeaderText();
+    const std::string_view name = document.FileNameStatement();
+    if (changes.fileNameStatement.empty() || name.empty()) {
+        take(header);
+    } else {
+        const auto offset = static_cast<size_t>(name.data() - header.data());
+        take(header.substr(0, offset));
+        take(changes.fileNameStatement);
+        take(header.substr(offset + name.size()));
+    }
+    take("\nDATA;\n");
+    for (const Record* record : chosen) {
+        const auto changed = changes.records.find(record->id);
+        take(changed == changes.records.end() ? document.Text(*record) : std::string_view(changed->second));
+        take("\n");
+    }
+    for (const std::string_view text : NewRecords(document, changes))
+        take(text);
+    take("ENDSEC;\nEND-ISO-10303-21;\n");
 }
 
 }  // namespace
@@ -94,10 +121,8 @@ bool WriteWhole(const Document& document, const Changes& changes, const std::fil
     }
     if (const auto added = NewRecords(document, changes); !added.empty()) {
         copyTo(document.DataEnd());
-        for (const std::string_view text : added) {
+        for (const std::string_view text : added)
             pen.Write(text);
-            pen.Write("\n");
-        }
     }
     copyTo(bytes.size());
     return pen.Finish();
@@ -109,30 +134,15 @@ bool WriteSelected(const Document& document, std::span<const Record* const> chos
     for (const Record* record : chosen)
         expected += record->length + 1;
     Pen pen(file, expected, progress);
-
-    const std::string_view header = document.HeaderText();
-    const std::string_view name = document.FileNameStatement();
-    if (changes.fileNameStatement.empty() || name.empty()) {
-        pen.Write(header);
-    } else {
-        const auto offset = static_cast<size_t>(name.data() - header.data());
-        pen.Write(header.substr(0, offset));
-        pen.Write(changes.fileNameStatement);
-        pen.Write(header.substr(offset + name.size()));
-    }
-    pen.Write("\nDATA;\n");
-    for (const Record* record : chosen) {
-        const auto changed = changes.records.find(record->id);
-        pen.Write(changed == changes.records.end() ? document.Text(*record)
-                                                   : std::string_view(changed->second));
-        pen.Write("\n");
-    }
-    for (const std::string_view text : NewRecords(document, changes)) {
-        pen.Write(text);
-        pen.Write("\n");
-    }
-    pen.Write("ENDSEC;\nEND-ISO-10303-21;\n");
+    ForEachPiece(document, chosen, changes, [&pen](std::string_view piece) { pen.Write(piece); });
     return pen.Finish();
+}
+
+std::shared_ptr<const Document> Selected(const Document& document, std::span<const Record* const> chosen,
+                                         const Changes& changes) {
+    std::vector<std::string_view> pieces;
+    ForEachPiece(document, chosen, changes, [&pieces](std::string_view piece) { pieces.push_back(piece); });
+    return Document::FromPieces(pieces);
 }
 
 std::string FileNameStatement(const Document& document, const std::filesystem::path& file) {

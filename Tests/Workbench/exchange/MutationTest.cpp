@@ -84,7 +84,12 @@ TEST(Mutants, AreReadSavedAndCutWithoutFault) {
         for (const Element& element : result.project->Elements())
             chosen.push_back(element.guid);
         if (!chosen.empty()) chosen.pop_back();
-        ASSERT_EQ(SaveIfcSubset(*result.project, chosen, folder / "part.ifc").outcome, SaveOutcome::done);
+        const MappedSet mapped = {.entityType = "IfcElement",
+                                  .name = "S",
+                                  .properties = {{"S", "n", "n", PropertyKind::list, "IfcText"}}};
+        ASSERT_EQ(
+            SaveIfcSubset(*result.project, chosen, folder / "part.ifc", {}, std::span(&mapped, 1)).outcome,
+            SaveOutcome::done);
         const OpenResult again = OpenIfc(folder / "part.ifc");
         ASSERT_TRUE(again.project) << bytes;
         EXPECT_GE(again.project->Elements().size(), chosen.size());

@@ -5,6 +5,7 @@
 #include <assimp/scene.h>
 #include <assimp/Importer.hpp>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 
 namespace workbench {
@@ -22,20 +23,29 @@ void Collect(const aiNode& node, std::string inherited, std::set<std::string>& f
         Collect(*node.mChildren[i], inherited, found);
 }
 
+/// What a script of this folder writes.
+std::vector<std::string> LinesOfNode(const std::string& script, const std::string& arguments) {
+    const std::filesystem::path root = std::filesystem::path(KESTRANE_SAMPLES).parent_path();
+    const std::string command = "node '" + (root / "Tests/Workbench/exchange" / script).string() + "' '" +
+                                (root / "Sources/Workbench/mesher/node_modules").string() + "' " + arguments;
+    const auto close = [](FILE* pipe) { EXPECT_EQ(pclose(pipe), 0); };
+    const std::unique_ptr<FILE, decltype(close)> pipe(popen(command.c_str(), "r"), close);
+    std::vector<std::string> lines;
+    char line[512];
+    while (std::fgets(line, sizeof line, pipe.get()))
+        lines.push_back(std::string(line).substr(0, std::strcspn(line, "\n")));
+    return lines;
+}
+
 }  // namespace
 
 std::set<std::string> MeshedByWebIfc(const std::filesystem::path& file) {
-    const std::filesystem::path root = std::filesystem::path(KESTRANE_SAMPLES).parent_path();
-    const std::string command = "node '" + (root / "Tests/Workbench/exchange/meshed.mjs").string() + "' '" +
-                                (root / "Sources/Workbench/mesher/node_modules").string() + "' '" +
-                                file.string() + "'";
-    const auto close = [](FILE* pipe) { EXPECT_EQ(pclose(pipe), 0); };
-    const std::unique_ptr<FILE, decltype(close)> pipe(popen(command.c_str(), "r"), close);
-    std::set<std::string> found;
-    char line[64];
-    while (std::fgets(line, sizeof line, pipe.get()))
-        found.insert(std::string(line).substr(0, globalIdLength));
-    return found;
+    const std::vector<std::string> lines = LinesOfNode("meshed.mjs", "'" + file.string() + "'");
+    return {lines.begin(), lines.end()};
+}
+
+std::vector<std::string> PropertiesByWebIfc(const std::filesystem::path& file, const std::string& set) {
+    return LinesOfNode("properties.mjs", "'" + file.string() + "' '" + set + "'");
 }
 
 std::set<std::string> MeshedByAssimp(const std::filesystem::path& file) {

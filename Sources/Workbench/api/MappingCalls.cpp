@@ -1,0 +1,31 @@
+// The commands of the host's own add-ons.
+
+#include "HostKit/API/PropertyMappingCommands.hpp"
+#include "Workbench/api/Application.hpp"
+#include "Workbench/api/WorkbenchHost.hpp"
+
+namespace workbench {
+
+GSErrCode WorkbenchHost::CallCommand(const hostkit::CommandCall& call,
+                                     const hostkit::CommandParameters& parameters, GSPtr result) {
+    if (call.module.developerID != hostkit::mapping::addOn.developerID ||
+        call.module.localID != hostkit::mapping::addOn.localID)
+        return CallDxfDwg(call, parameters, result);
+    return CallMapping(call, parameters);
+}
+
+// The project is settled here already: a progress window would let the call's end come before the save.
+GSErrCode WorkbenchHost::CallMapping(const hostkit::CommandCall& call,
+                                     const hostkit::CommandParameters& parameters) {
+    Settled().AtEndOfCall([this] { presets.EndCall(); });
+    return presets.Call(call, parameters);
+}
+
+SaveResult WorkbenchHost::WriteMapped(const std::filesystem::path& file,
+                                      const GS::Array<API_Guid>* elements) {
+    const SaveResult result = application.Write(file, elements, presets.Applying());
+    presets.EndCall();
+    return result;
+}
+
+}  // namespace workbench
