@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 
 #include "AddOn/AddOnTest.hpp"
@@ -50,7 +51,7 @@ class MappingTest : public AddOnTest {
     void SetUp() override { StartWithPalette(); }
 
     fs::path Write(const std::string& text) {
-        const fs::path file = folder.Path() / "Zuordnung Süd.xml";
+        fs::path file = folder.Path() / "Zuordnung Süd.xml";
         std::ofstream(file, std::ios::binary) << text;
         return file;
     }
@@ -249,6 +250,10 @@ TEST_F(MappingTest, TheNameIsWhatWasAcceptedAndFree) {
     EXPECT_EQ(ToText(GS::DynamicCast<DG::JSValue>(Call("SetNewPropertyName"))->GetString()), "");
 }
 
+void Soon(const std::function<void()>& act) {
+    QTimer::singleShot(0, [act] { act(); });
+}
+
 // Types into the field of the window that is shown.
 void Type(const char* text, Qt::Key key) {
     auto* field = QApplication::activeModalWidget()->findChild<QLineEdit*>();
@@ -274,12 +279,12 @@ TEST(PropertyNameDialogTest, InItsWindow) {
                 seen << alert.text() << alert.buttons().at(0)->text();
                 alert.accept();
             };
-            QTimer::singleShot(0, [&] {
+            Soon([&] {
                 auto* window = QApplication::activeModalWidget();
                 seen << window->windowTitle();
                 for (const auto* button : window->findChildren<QPushButton*>())
                     seen << button->text();
-                QTimer::singleShot(0, closeAlert);
+                Soon(closeAlert);
                 Type("Höhe", Qt::Key_Return);
                 EXPECT_TRUE(window->isVisible());
                 Type(QString(300, 'x').toUtf8(), Qt::Key_Shift);

@@ -23,7 +23,7 @@ GSErrCode WorkbenchHost::CallMapping(const hostkit::CommandCall& call,
 
 SaveResult WorkbenchHost::WriteMapped(const std::filesystem::path& file,
                                       const GS::Array<API_Guid>* elements) {
-    const SaveResult result = application.Write(file, elements, presets.Applying());
+    SaveResult result = application.Write(file, elements, presets.Applying());
     presets.EndCall();
     return result;
 }
