@@ -191,15 +191,15 @@ TEST_F(AddOnTest, PageSeesTheFunctionsInTheirOrder) {
         names.push_back(ToText(*item.key));
     EXPECT_EQ(ToText(driver.PageObject()->GetName()), "KESTAPI");
     EXPECT_THAT(
-        names,
-        ElementsAre("GetResourceFolder", "HighlightElements", "ZoomToElement", "GetElementNames", "AlertAPI",
-                    "SelectViewpoint", "GetSelectedElements", "AddComponent", "AddViewpoint",
-                    "ImportIfcModel", "RegisterIfcFileName", "RequestFileName", "GetIfcFile",
-                    "GetApplicationInfo", "ImportIfcFiles", "OpenIfcModels", "ExportIFCModel",
-                    "GetIfcDocuments", "Create2dPlan", "Export2dPlan", "ExportSnapshot", "GetExportHistory",
-                    "SaveExportHistoryData", "GetPlanDocuments", "GetPublishSetHeaders", "GetPublishSetItems",
-                    "HandlePublishSets", "CompleteExportPublish", "PreparePublishDocs", "GetPublishHistory",
-                    "SavePublishHistory", "SetPublishHistory", "GetPublishItems"));
+        names, ElementsAre(
+                   "GetResourceFolder", "HighlightElements", "ZoomToElement", "GetElementNames", "AlertAPI",
+                   "SelectViewpoint", "GetSelectedElements", "AddComponent", "AddViewpoint", "ImportIfcModel",
+                   "RegisterIfcFileName", "RequestFileName", "GetIfcFile", "GetApplicationInfo",
+                   "ImportIfcFiles", "OpenIfcModels", "ExportIFCModel", "GetIfcDocuments", "Create2dPlan",
+                   "Export2dPlan", "ExportSnapshot", "GetExportHistory", "SaveExportHistoryData",
+                   "GetPlanDocuments", "OpenMappingFile", "SetNewPropertyName", "GetPublishSetHeaders",
+                   "GetPublishSetItems", "HandlePublishSets", "CompleteExportPublish", "PreparePublishDocs",
+                   "GetPublishHistory", "SavePublishHistory", "SetPublishHistory", "GetPublishItems"));
 }
 
 TEST_F(AddOnTest, AlertShowsThePagesText) {

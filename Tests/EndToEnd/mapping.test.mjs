@@ -51,9 +51,11 @@ test("a model is exported with the chosen mapping, and as it is when that is not
     assert.equal(await workbench.eval("document.querySelector('#mapping-message').textContent"), "");
 
     const mapped = await upload("Mapped");
+    const counts = await workbench.event(({ event }) => event === "mapped");
+    assert.ok(counts.written >= 9 && counts.leftOut === 0, JSON.stringify(counts));
     for (const kind of ["SINGLE", "LIST", "BOUNDED", "ENUMERATED", "TABLE"])
         assert.match(mapped, new RegExp(`IFCPROPERTY${kind}VALUE\\(`));
-    await workbench.eval("window.isOld = true; setTimeout(() => location.reload(), 0)");
+    await workbench.ask({ do: "eval", script: "window.isOld = true; location.reload()" });
     await workbench.until("!window.isOld && document.querySelector('#use-map-file')?.checked");
     assert.equal(await path(), sample(".xml"));
     await workbench.until("document.querySelector('#folder').value");

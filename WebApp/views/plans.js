@@ -1,8 +1,8 @@
-import { element, icon } from "../dom.js";
+import { element } from "../dom.js";
 import { planFormat, planFormats } from "../logic/plan-formats.js";
 import { text } from "../text.js";
 import { fileNameField } from "./file-name-field.js";
-import { uploadStatus } from "./upload-status.js";
+import { uploadCard } from "./upload-card.js";
 
 /** The "Plan document" card: `planDraft` holds { fileName, format }, `planUpload` does the work. */
 export function plansView({ planUpload, place, planDraft, signal }) {
@@ -14,36 +14,9 @@ export function plansView({ planUpload, place, planDraft, signal }) {
     const help = element("p", { id: "plan-format-help", class: "quiet" });
     format.setAttribute("aria-describedby", help.id);
     const fileName = fileNameField({ id: "plan-name", changed });
-    const submit = element(
-        "button",
-        { id: "upload-plan", class: "primary wide" },
-        icon("upload"),
-        text("plans.submit"),
-    );
-    const hint = element("p", { class: "quiet hint" });
 
     function changed() {
         planDraft.set({ fileName: fileName.value(), format: format.value });
-    }
-
-    function start(event) {
-        event.preventDefault();
-        const chosen = place.get();
-        if (submit.disabled || !chosen) return;
-        const name = fileName.usable();
-        if (name === null) return;
-        planUpload.start({
-            projectId: String(chosen.project.id),
-            folderId: String(chosen.folder.id),
-            fileName: name,
-            format: format.value,
-        });
-    }
-
-    function enable() {
-        const running = planUpload.status.get().state === "running";
-        submit.disabled = running || !place.get();
-        hint.textContent = running || place.get() ? "" : text("upload.noFolder");
     }
 
     planDraft.watch((filled) => {
@@ -53,20 +26,22 @@ export function plansView({ planUpload, place, planDraft, signal }) {
         fileName.setExtension(extension);
         fileName.setValue(filled.fileName);
     }, signal);
-    place.watch(enable, signal);
-    planUpload.status.watch(enable, signal);
 
-    return element(
-        "form",
-        { class: "card", novalidate: true, "aria-labelledby": "plans-heading", onsubmit: start },
-        element("h2", { id: "plans-heading" }, text("plans.heading")),
-        element("p", { class: "quiet" }, text("plans.intro")),
-        element("label", { for: "plan-format" }, text("plans.format")),
-        element("div", { class: "select" }, format),
-        help,
-        ...fileName.view,
-        submit,
-        hint,
-        uploadStatus({ id: "plan-status", upload: planUpload, signal }),
-    );
+    return uploadCard({
+        texts: "plans",
+        submitId: "upload-plan",
+        statusId: "plan-status",
+        upload: planUpload,
+        place,
+        fileName,
+        fields: [
+            element("p", { class: "quiet" }, text("plans.intro")),
+            element("label", { for: "plan-format" }, text("plans.format")),
+            element("div", { class: "select" }, format),
+            help,
+            ...fileName.view,
+        ],
+        request: () => ({ format: format.value }),
+        signal,
+    });
 }

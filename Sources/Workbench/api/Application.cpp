@@ -155,12 +155,18 @@ SaveResult Application::Write(const std::filesystem::path& file, const GS::Array
                               std::span<const MappedSet> mapping) {
     Work work(*this, say("Saving the model", "Modell wird gesichert"));
     const Progress progress = work.OnProgress();
-    if (elements == nullptr) return SaveIfc(*project, file, progress, mapping);
-    std::vector<API_Guid> chosen;
-    chosen.reserve(elements->GetSize());
-    for (const API_Guid& guid : *elements)
-        chosen.push_back(guid);
-    return SaveIfcSubset(*project, chosen, file, progress, mapping);
+    const auto write = [&] {
+        if (elements == nullptr) return SaveIfc(*project, file, progress, mapping);
+        std::vector<API_Guid> chosen;
+        chosen.reserve(elements->GetSize());
+        for (const API_Guid& guid : *elements)
+            chosen.push_back(guid);
+        return SaveIfcSubset(*project, chosen, file, progress, mapping);
+    };
+    SaveResult result = write();
+    if (!mapping.empty() && result.outcome == SaveOutcome::done)
+        Tell([&](ApplicationObserver& observer) { observer.PropertiesMapped(result.mapped); });
+    return result;
 }
 
 void Application::Settle() {

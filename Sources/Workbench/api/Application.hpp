@@ -54,6 +54,8 @@ class ApplicationObserver {
     virtual void ProjectEdited() {}
     /// There are other steps to undo and redo, or the project was saved.
     virtual void HistoryChanged() {}
+    /// A model was written with the add-on's property mapping.
+    virtual void PropertiesMapped(const MappingCounts&) {}
     /// Long work goes on in the main thread. Answers false to stop it.
     virtual bool Working(const std::string& /*what*/, double /*fraction*/) { return true; }
 };

@@ -1,18 +1,9 @@
-// The commands of the host's own add-ons.
+// The commands of the host's add-on for property mappings.
 
-#include "HostKit/API/PropertyMappingCommands.hpp"
 #include "Workbench/api/Application.hpp"
 #include "Workbench/api/WorkbenchHost.hpp"
 
 namespace workbench {
-
-GSErrCode WorkbenchHost::CallCommand(const hostkit::CommandCall& call,
-                                     const hostkit::CommandParameters& parameters, GSPtr result) {
-    if (call.module.developerID != hostkit::mapping::addOn.developerID ||
-        call.module.localID != hostkit::mapping::addOn.localID)
-        return CallDxfDwg(call, parameters, result);
-    return CallMapping(call, parameters);
-}
 
 // The project is settled here already: a progress window would let the call's end come before the save.
 GSErrCode WorkbenchHost::CallMapping(const hostkit::CommandCall& call,

@@ -17,7 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr API_ModulID dxfDwg = {1198731108, 1322668197};
 constexpr auto getDefaultConfiguration = static_cast<GSType>(hostkit::FourCharacters("GDCO"));
 constexpr auto saveFile = static_cast<GSType>(hostkit::FourCharacters("SAV2"));
 constexpr Int32 version = 1;
@@ -102,8 +101,6 @@ GSErrCode WorkbenchHost::SavePlan(const std::function<void(const Plan&)>& write)
 
 GSErrCode WorkbenchHost::CallDxfDwg(const hostkit::CommandCall& call,
                                     const hostkit::CommandParameters& parameters, GSPtr result) {
-    if (call.module.developerID != dxfDwg.developerID || call.module.localID != dxfDwg.localID)
-        return APIERR_MODULNOTINSTALLED;
     if (call.command != getDefaultConfiguration && call.command != saveFile)
         return APIERR_MODULCMDNOTSUPPORTED;
     if (call.version != version) return APIERR_MODULCMDVERSNOTSUPPORTED;

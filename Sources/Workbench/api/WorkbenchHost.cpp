@@ -4,12 +4,15 @@
 #include <string_view>
 
 #include "ACAPinc.h"
+#include "HostKit/API/PropertyMappingCommands.hpp"
 #include "HostKit/GSRoot/Text.hpp"
 #include "Workbench/api/Application.hpp"
 
 namespace workbench {
 
 namespace {
+
+constexpr API_ModulID dxfDwgAddOn = {1198731108, 1322668197};
 
 // What the one export translator's reference refers to: it only has to be recognised again.
 const std::string_view generalTranslator = "General Translator";
@@ -69,6 +72,17 @@ GSErrCode WorkbenchHost::SpecialFolder(API_SpecFolderID id, IO::Location& locati
             return APIERR_BADPARS;
     }
     return NoError;
+}
+
+// The host's own add-ons that are installed.
+GSErrCode WorkbenchHost::CallCommand(const hostkit::CommandCall& call,
+                                     const hostkit::CommandParameters& parameters, GSPtr result) {
+    const auto isFor = [&module = call.module](const API_ModulID& addOn) {
+        return module.developerID == addOn.developerID && module.localID == addOn.localID;
+    };
+    if (isFor(dxfDwgAddOn)) return CallDxfDwg(call, parameters, result);
+    if (isFor(hostkit::mapping::addOn)) return CallMapping(call, parameters);
+    return APIERR_MODULNOTINSTALLED;
 }
 
 // What the add-on asks is answered from what it has created, too.

@@ -85,7 +85,6 @@ class WorkbenchHost : public hostkit::Host {
     /// Writes the plan of the storey in front, or that was in front last; "write" throws PlanFileError.
     GSErrCode SavePlan(const std::function<void(const Plan&)>& write);
 
-    /// Of the DXF/DWG add-on, the only one besides the mappings that is installed.
     GSErrCode CallDxfDwg(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
                          GSPtr result);
     GSErrCode CallMapping(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters);

@@ -399,6 +399,10 @@ void Console::ProjectEdited() {
     Write({{"event", "edited"}, {"elements", application.OpenProject().Elements().size()}});
 }
 
+void Console::PropertiesMapped(const MappingCounts& counts) {
+    Write({{"event", "mapped"}, {"written", counts.written}, {"leftOut", counts.leftOut}});
+}
+
 void Console::SelectionChanged() {
     Write({{"event", "notification"}, {"name", "selection-changed"}});
 }

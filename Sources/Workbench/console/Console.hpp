@@ -36,6 +36,7 @@ class Console : public QObject, public ApplicationObserver {
     void ProjectReady(const MeshOutcome& outcome) override;
     void ProjectOpened() override;
     void ProjectEdited() override;
+    void PropertiesMapped(const MappingCounts& counts) override;
     void SelectionChanged() override;
     void MenuFlagsChanged() override;
 

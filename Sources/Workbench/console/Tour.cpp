@@ -2,6 +2,7 @@
 
 #include <QCryptographicHash>
 #include <QFile>
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -75,8 +76,11 @@ std::string Tour::OpenModel(const std::filesystem::path& model) {
     automation.Open(model);
     const Project& project = application.OpenProject();
     elementCount = project.Elements().size();
-    return std::to_string(elementCount) + " elements, " + std::to_string(application.ShownCount()) +
-           " with a shape, " + project.Schema() + ", " + project.AuthoringApplication();
+    const auto shaped = std::ranges::count_if(project.Elements(), [this](const Element& element) {
+        return application.BoundsOf(element).has_value();
+    });
+    return std::to_string(elementCount) + " elements, " + std::to_string(shaped) + " with a shape, " +
+           project.Schema() + ", " + project.AuthoringApplication();
 }
 
 std::string Tour::OpenPalette() {

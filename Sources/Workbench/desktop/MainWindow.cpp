@@ -238,6 +238,18 @@ void MainWindow::ShowSummary() {
                               QString::fromStdString(project.AuthoringApplication())));
 }
 
+void MainWindow::PropertiesMapped(const MappingCounts& counts) {
+    QString message =
+        QString(say("Property mapping: %1 values written", "Eigenschaftszuordnung: %1 Werte geschrieben"))
+            .arg(counts.written);
+    if (counts.leftOut > 0)
+        message +=
+            QString(say(", %1 left out: they do not fit the data type or kind of property",
+                        ", %1 ausgelassen: sie passen nicht zum Datentyp oder zur Art der Eigenschaft"))
+                .arg(counts.leftOut);
+    statusBar()->showMessage(message, 20000);
+}
+
 bool MainWindow::Working(const std::string& what, double fraction) {
     return progress->Working(QString::fromStdString(what), fraction);
 }

@@ -41,6 +41,7 @@ class MainWindow : public QMainWindow, public ApplicationObserver {
     void SelectionChanged() override { ShowSummary(); }
     void VisibilityChanged() override { ShowSummary(); }
     void MenuFlagsChanged() override;
+    void PropertiesMapped(const MappingCounts& counts) override;
     bool Working(const std::string& what, double fraction) override;
 
   protected:

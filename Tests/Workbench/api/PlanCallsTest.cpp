@@ -130,7 +130,7 @@ TEST_F(PlanCallsTest, CommandsAreAnsweredAsFarAsTheyAreKnown) {
     OpenSample();
     IO::Location location;
     const Texts mode = {{"Mode", "Default"}};
-    EXPECT_EQ(Command(mode, getConfiguration, &location, {dxfDwg.developerID, 1}), APIERR_MODULNOTINSTALLED);
+    EXPECT_EQ(Command(mode, getConfiguration, &location, {dxfDwg.developerID, 99}), APIERR_MODULNOTINSTALLED);
     EXPECT_EQ(Command(mode, getConfiguration + 1, &location), APIERR_MODULCMDNOTSUPPORTED);
     EXPECT_EQ(Command(mode, getConfiguration, &location, dxfDwg, 2), APIERR_MODULCMDVERSNOTSUPPORTED);
     EXPECT_EQ(Command({{"Mode", "Other"}}, getConfiguration, &location), APIERR_BADPARS);
