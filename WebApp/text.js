@@ -424,7 +424,7 @@ export const texts = {
         "tabs.documents": "Dokumente",
         "tabs.plans": "Pläne",
         "tabs.mapping": "Zuordnung",
-        "tabs.publish": "Veröffentlichen",
+        "tabs.publish": "Publisher",
         "tabs.models": "Modelle",
         "tabs.issues": "Aufgaben",
 

@@ -5,8 +5,10 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QStandardPaths>
+#include <QTranslator>
 #include <algorithm>
 #include <cstdio>
 #include <optional>
@@ -217,6 +219,11 @@ ExitStatus RunDesktop(Application& application, Automation& automation, QtDriver
 ExitStatus Run(const Options& options) {
     LocalService service;
     if (options.service && !StartService(service, options)) return failed;
+
+    QTranslator qtTexts;  // of its file dialogs for one
+    if (options.language == Language::german &&
+        qtTexts.load("qtbase_de", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(&qtTexts);
 
     QObject loop;
     MainQueue queue([&] {

@@ -240,7 +240,8 @@ bool Tour::ReturnToViewpoints() {
     for (const ViewpointTour::View& view : views)
         succeeded =
             succeeded && Step("Viewpoint: " + view.name, [&] { return viewpoints.TakeAndRestore(view); });
-    return succeeded && Step("Compare viewpoints", [&] { return viewpoints.SavePictures(); });
+    // Also when one failed: the pictures show how.
+    return Step("Compare viewpoints", [&] { return viewpoints.SavePictures(); }) && succeeded;
 }
 
 std::string Tour::TakePictures() {
