@@ -4,8 +4,6 @@
 #include <map>
 
 #include "Workbench/exchange/merge/Import.hpp"
-#include "Workbench/project/Classes.hpp"
-#include "Workbench/step/Arguments.hpp"
 
 namespace workbench {
 namespace {
@@ -13,11 +11,6 @@ namespace {
 /// Writing the records takes this part of the whole, reading them goes on to the other, making a project of
 /// them is the rest.
 constexpr double writeShare = 0.6, readEnd = 0.8;
-
-/// The same GUID for the same text, whether it is a GlobalId or not.
-API_Guid KeyOf(const std::string& globalId) {
-    return GuidFromGlobalId(globalId).value_or(GuidFromName(globalId));
-}
 
 /// What is imported together: the elements of one copy of one source.
 struct Group {
@@ -84,30 +77,6 @@ std::shared_ptr<const step::Document> MergedDocument(const Project& base,
 }
 
 }  // namespace
-
-UsedGlobalIds::UsedGlobalIds(const step::Document& document) {
-    std::vector<bool> isRooted;
-    for (const std::string& type : document.TypeNames())
-        isRooted.push_back(IsRootedClass(type));
-    for (const step::Record& record : document.Records()) {
-        if (!isRooted[record.type]) continue;
-        const std::string_view first = step::Argument(document.Text(record), 0);
-        if (first.size() > 2 && first.front() == '\'')
-            used.insert(KeyOf(std::string(first.substr(1, first.size() - 2))));
-    }
-}
-
-std::string UsedGlobalIds::Take(const std::string& globalId) {
-    if (GuidFromGlobalId(globalId) && used.insert(KeyOf(globalId)).second) return globalId;
-    for (int attempt = 1;; ++attempt) {
-        const API_Guid guid = GuidFromName(globalId + "/copy/" + std::to_string(attempt));
-        if (used.insert(guid).second) return GlobalIdFromGuid(guid);
-    }
-}
-
-void UsedGlobalIds::Release(const std::string& globalId) {
-    used.erase(KeyOf(globalId));
-}
 
 bool CanMerge(const Project& into, const Project& from) {
     const std::string_view family = FamilyOf(into.Schema());

@@ -5,8 +5,8 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <unordered_set>
 
+#include "Workbench/exchange/UsedGlobalIds.hpp"
 #include "Workbench/project/Project.hpp"
 #include "Workbench/step/Progress.hpp"
 
@@ -19,20 +19,6 @@ struct NewElement {
     const Element* like = nullptr;          // of the source
     std::string globalId;                   // its own, which no other record of the project has
     std::optional<API_Guid> externalIfcId;  // when it is another than the GlobalId tells
-};
-
-/// The GlobalIds that a project's records have, and those that are given away.
-class UsedGlobalIds {
-  public:
-    explicit UsedGlobalIds(const step::Document& document);
-
-    /// The text itself when it is free, else one that always is the same for the same text and set. It is in
-    /// use from then on.
-    std::string Take(const std::string& globalId);
-    void Release(const std::string& globalId);
-
-  private:
-    std::unordered_set<API_Guid, GuidHash> used;
 };
 
 /// Whether elements of one project can be created in another: both are of IFC2x, or both of IFC4.

@@ -1,37 +1,41 @@
 #include "Workbench/exchange/PropertyMapping.hpp"
 
+#include <map>
 #include <set>
 
-#include "Workbench/exchange/mapping/Plan.hpp"
+#include "Workbench/exchange/mapping/MappingTargets.hpp"
 #include "Workbench/exchange/mapping/PropertySets.hpp"
 #include "Workbench/exchange/mapping/PropertyValue.hpp"
 #include "Workbench/exchange/mapping/SetChanges.hpp"
+#include "Workbench/step/Arguments.hpp"
 #include "Workbench/step/Lexer.hpp"
 
 namespace workbench {
 namespace {
 
-constexpr size_t progressStep = 4096;  // records between two calls of the progress function
+constexpr size_t progressStep = 4096;  // records and mapped properties between two calls of progress
 
 /// Goes through the elements and finds what each is to get.
 class Mapper {
   public:
-    Mapper(const step::Document& document, std::span<const MappedSet> mapping)
-        : document(document), plan(document, mapping, names), sets(document, names), changes(document) {}
+    Mapper(const step::Document& document, std::span<const MappedSet> mapping, const Progress& progress)
+        : document(document),
+          progress(progress),
+          targets(document, mapping, names),
+          sets(document, names),
+          changes(document) {}
 
     /// False when the progress function stopped it.
-    bool Run(const Progress& progress) {
+    bool Run() {
         const std::span<const step::Record> records = document.Records();
-        for (size_t at = 0; at < records.size(); ++at) {
-            if (at % progressStep == 0 && progress &&
-                !progress(static_cast<double>(at) / static_cast<double>(records.size()))) {
-                return false;
+        for (const step::Record& record : records) {
+            fraction = static_cast<double>(document.IndexOf(record)) / static_cast<double>(records.size());
+            if (!GoOn()) return false;
+            const std::span<const TargetSet> wanted = targets.Of(record.type);
+            if (wanted.empty() || document.Find(record.id) != &record) continue;
+            for (const TargetSet& target : wanted) {
+                if (!Map(record.id, target)) return false;
             }
-            const step::Record& record = records[at];
-            const std::span<const TargetSet> targets = plan.TargetsOf(record.type);
-            if (targets.empty() || document.Find(record.id) != &record) continue;
-            for (const TargetSet& target : targets)
-                Map(record.id, target);
         }
         return true;
     }
@@ -40,33 +44,52 @@ class Mapper {
 
   private:
     const step::Document& document;
+    const Progress& progress;
     Names names;
-    Plan plan;
+    MappingTargets targets;
     PropertySets sets;
     SetChanges changes;
     MappingCounts counts;
+    size_t steps = 0;
+    double fraction = 0;
 
-    void Map(uint64_t element, const TargetSet& target) {
-        PropertySets::Set* existing = sets.Own(element, target.name);
-        std::vector<SetChanges::Member> members;
+    bool GoOn() { return steps++ % progressStep != 0 || !progress || progress(fraction); }
+
+    bool Map(uint64_t element, const TargetSet& target) {
+        // Of one name an element may have several sets.
+        std::map<PropertySets::Set*, std::vector<SetChanges::Member>> members;
         std::set<uint32_t> given;  // names, of those that several entries give
         for (const TargetProperty& property : target.properties) {
+            if (!GoOn()) return false;
             if (property.isRepeated && given.contains(property.name)) continue;
-            const std::optional<std::string> text = TextFor(element, property);
+            const step::Record* source = document.Find(sets.Find(element, property.group, property.property));
+            if (!source) continue;
+            const PropertySets::Place place = sets.Own(element, target.name, property.name);
+            const std::optional<std::string> text = TextFor(*source, place.property, property);
             if (!text) continue;
             if (property.isRepeated) given.insert(property.name);
-            const uint64_t old = existing ? sets.FindIn(*existing, property.name) : 0;
-            if (old == 0 || !IsRecord(old, *text)) members.push_back({old, changes.Property(*text)});
+            if (place.property == 0 || !IsRecord(place.property, *text))
+                members[place.set].push_back({place.property, changes.Property(*text)});
         }
-        if (!members.empty()) changes.Give(element, existing, target.encodedName, members);
+        for (const auto& [set, added] : members) {
+            std::vector<SetChanges::Member> all;
+            if (set && set->isFixed) all = sets.Overrides(element, *set);
+            all.insert(all.end(), added.begin(), added.end());
+            changes.Give(element, set, target.encodedName, all);
+        }
+        return true;
     }
 
-    /// The mapped property as a record without its id; nothing when the element does not get it.
-    std::optional<std::string> TextFor(uint64_t element, const TargetProperty& property) {
-        const step::Record* source = document.Find(sets.Find(element, property.group, property.property));
-        if (!source) return std::nullopt;
-        const auto value = ReadPropertyValue(document.TypeName(*source), document.Text(*source));
+    /// The mapped property as a record without its id; nothing when its value does not fit. It keeps the
+    /// description of the one it replaces.
+    std::optional<std::string> TextFor(const step::Record& source, uint64_t replaced,
+                                       const TargetProperty& property) {
+        auto value = ReadPropertyValue(document.TypeName(source), document.Text(source));
         if (!value) return std::nullopt;
+        if (const step::Record* old = document.Find(replaced)) {
+            const std::string_view description = step::Argument(document.Text(*old), 1);
+            if (!step::IsUnset(description)) value->description = description;
+        }
         std::optional<std::string> text = WritePropertyValue(*value, property.encodedName, property.form);
         ++(text ? counts.written : counts.leftOut);
         return text;
@@ -84,8 +107,8 @@ class Mapper {
 
 std::optional<MappedChanges> MapProperties(const step::Document& document, std::span<const MappedSet> mapping,
                                            const Progress& progress) {
-    Mapper mapper(document, mapping);
-    if (!mapper.Run(progress)) return std::nullopt;
+    Mapper mapper(document, mapping, progress);
+    if (!mapper.Run()) return std::nullopt;
     return mapper.Finish();
 }
 

@@ -9,7 +9,8 @@
 namespace workbench {
 namespace {
 
-/// In which releases a branch grows there: up to IFC2x3, in IFC4, from IFC4.3.
+/// In which releases a branch grows there: up to IFC2x3, in IFC4, in IFC4.3. Of the last, IFC4.1 and IFC4.2
+/// have some classes already, and in the same places.
 enum Releases : uint8_t { ifc2 = 1, ifc40 = 2, ifc43 = 4, from4 = 6, until4 = 3, all = 7 };
 
 struct Branch {
@@ -18,7 +19,7 @@ struct Branch {
     std::string_view children;  // with blanks between them
 };
 
-// IfcBuildingElement became IfcBuiltElement with IFC4.3; both stand in one line where nothing else moved.
+// IfcBuildingElement became IfcBuiltElement with IFC4.3: here one stands for the other in every release.
 constexpr auto branches = std::to_array<Branch>({
     {"IFCROOT", all, "IFCOBJECTDEFINITION"},
     {"IFCOBJECTDEFINITION", all, "IFCOBJECT"},
@@ -68,7 +69,7 @@ constexpr auto branches = std::to_array<Branch>({
 
     // elements
     {"IFCELEMENT", all,
-     "IFCBUILDINGELEMENT IFCBUILTELEMENT IFCCIVILELEMENT IFCDISTRIBUTIONELEMENT IFCELECTRICALELEMENT "
+     "IFCBUILDINGELEMENT IFCCIVILELEMENT IFCDISTRIBUTIONELEMENT IFCELECTRICALELEMENT "
      "IFCELEMENTASSEMBLY IFCELEMENTCOMPONENT IFCEQUIPMENTELEMENT IFCFEATUREELEMENT IFCFURNISHINGELEMENT "
      "IFCGEOGRAPHICELEMENT IFCGEOTECHNICALELEMENT IFCVIRTUALELEMENT"},
     {"IFCELEMENT", until4, "IFCTRANSPORTELEMENT"},
@@ -85,12 +86,13 @@ constexpr auto branches = std::to_array<Branch>({
     {"IFCGEOTECHNICALASSEMBLY", ifc43, "IFCBOREHOLE IFCGEOMODEL IFCGEOSLICE"},
 
     // buildings
-    {"IFCBUILDINGELEMENT IFCBUILTELEMENT", all,
+    {"IFCBUILDINGELEMENT", all, "IFCBUILTELEMENT"},
+    {"IFCBUILTELEMENT", all,
      "IFCBEAM IFCBUILDINGELEMENTPROXY IFCCHIMNEY IFCCOLUMN IFCCOVERING IFCCURTAINWALL IFCDOOR IFCFOOTING "
      "IFCMEMBER IFCPLATE IFCRAILING IFCRAMP IFCRAMPFLIGHT IFCROOF IFCSHADINGDEVICE IFCSLAB IFCSTAIR "
      "IFCSTAIRFLIGHT IFCWALL IFCWINDOW"},
-    {"IFCBUILDINGELEMENT", ifc2, "IFCBUILDINGELEMENTCOMPONENT"},
-    {"IFCBUILDINGELEMENT", until4, "IFCPILE"},
+    {"IFCBUILTELEMENT", ifc2, "IFCBUILDINGELEMENTCOMPONENT"},
+    {"IFCBUILTELEMENT", until4, "IFCPILE"},
     {"IFCBUILTELEMENT", ifc43,
      "IFCBEARING IFCCOURSE IFCDEEPFOUNDATION IFCEARTHWORKSELEMENT IFCKERB IFCMOORINGDEVICE "
      "IFCNAVIGATIONELEMENT IFCPAVEMENT IFCRAIL IFCTRACKELEMENT"},
@@ -159,13 +161,9 @@ Parents ParentsIn(Releases release) {
     Parents parents;
     for (const Branch& branch : branches) {
         if ((branch.releases & release) == 0) continue;
-        const size_t blank = branch.parent.find(' ');
-        const std::string_view parent = release == ifc43 && blank != std::string_view::npos
-                                            ? branch.parent.substr(blank + 1)
-                                            : branch.parent.substr(0, blank);
         for (std::string_view rest = branch.children; !rest.empty();) {
             const size_t end = std::min(rest.find(' '), rest.size());
-            parents.emplace(rest.substr(0, end), parent);
+            parents.emplace(rest.substr(0, end), branch.parent);
             rest.remove_prefix(std::min(end + 1, rest.size()));
         }
     }

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "Workbench/exchange/mapping/Words.hpp"
 #include "Workbench/step/Arguments.hpp"
 #include "Workbench/step/Lexer.hpp"
 #include "Workbench/step/Text.hpp"
@@ -35,7 +36,8 @@ constexpr std::string_view newerMeasures =
     " AREADENSITY NONNEGATIVELENGTH SOUNDPOWERLEVEL SOUNDPRESSURELEVEL TEMPERATURERATEOFCHANGE ";
 
 bool Contains(std::string_view list, std::string_view word) {
-    return list.find(" " + std::string(word) + " ") != std::string_view::npos;
+    return word.find(' ') == std::string_view::npos &&
+           list.find(" " + std::string(word) + " ") != std::string_view::npos;
 }
 
 bool IsMeasure(std::string_view name, bool isOld) {
@@ -60,20 +62,9 @@ bool BeginsLike(std::string_view text, std::string_view beginning) {
                       [](char like, char c) { return like == '9' ? step::IsDigit(c) : like == c; });
 }
 
-std::string_view Trimmed(std::string_view text) {
-    while (!text.empty() && step::IsBlank(text.front()))
-        text.remove_prefix(1);
-    while (!text.empty() && step::IsBlank(text.back()))
-        text.remove_suffix(1);
-    return text;
-}
-
-/// The word or number itself: of a text its trimmed characters, in upper case.
-std::string WordOf(std::string_view plain) {
-    std::string word(plain);
-    if (const auto text = step::AsText(plain)) word = Trimmed(*text);
-    std::ranges::transform(word, word.begin(), step::ToUpper);
-    return word;
+/// The word or number itself, also of a text.
+std::string PlainWordOf(std::string_view plain) {
+    return WordOf(step::AsText(plain).value_or(std::string(plain)));
 }
 
 /// 'T', 'F', 'U' or nothing.
@@ -93,7 +84,7 @@ char TruthOf(std::string_view plain) {
                                                                           {"NEIN", 'F'},
                                                                           {"1", 'T'},
                                                                           {"0", 'F'}}};
-    const std::string word = WordOf(plain);
+    const std::string word = PlainWordOf(plain);
     const auto found = std::ranges::find(words, word, &std::pair<std::string_view, char>::first);
     return found == words.end() ? '\0' : found->second;
 }
@@ -110,8 +101,7 @@ bool HasType(std::string_view value, std::string_view name) {
 
 }  // namespace
 
-DataType::DataType(std::string_view text, std::string_view schema) : name(Trimmed(text)) {
-    std::ranges::transform(name, name.begin(), step::ToUpper);
+DataType::DataType(std::string_view text, std::string_view schema) : name(WordOf(text)) {
     const bool isOld = schema.starts_with("IFC2");
     if (name.empty()) {
         family = Family::unchanged;
@@ -174,7 +164,7 @@ std::optional<std::string> DataType::Truth(std::string_view plain) const {
 }
 
 std::optional<std::string> DataType::Number(std::string_view plain) const {
-    std::string word = WordOf(plain);
+    std::string word = PlainWordOf(plain);
     if (plain == ".T." || plain == ".F.") word = plain == ".T." ? "1" : "0";
     const auto number = step::AsReal(word);
     const bool isPositive = name.starts_with("IFCPOSITIVE");

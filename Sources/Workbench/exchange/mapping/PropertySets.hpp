@@ -29,21 +29,34 @@ class PropertySets {
   public:
     PropertySets(const step::Document& document, Names& names);
 
+    using Property = std::pair<uint32_t, uint64_t>;  // name and id
     struct Set {
         uint64_t id = 0;
         uint32_t name = 0;
-        bool isOfType = false;            // elements may have it through their type
+        bool isFixed = false;             // elements have it through their type, or override some of it
+        uint64_t overridden = 0;          // of what an IfcRelOverridesProperties puts over a set: that set
         std::vector<uint64_t> relations;  // that give it to elements
         bool isRead = false;
-        std::vector<std::pair<uint32_t, uint64_t>> properties;  // by name, once it is read
+        std::vector<Property> properties;  // by name, once it is read
+    };
+    /// A property in an element's set, 0 when it has none of that name.
+    struct Place {
+        Set* set = nullptr;
+        uint64_t property = 0;
+    };
+    /// What a set is to hold, in place of another property or, with 0, besides the others.
+    struct Member {
+        uint64_t replaced = 0;
+        uint64_t property = 0;
     };
 
-    /// The element's own set of that name; null when it has none.
-    Set* Own(uint64_t element, uint32_t name);
+    /// Where the element's own sets of that name have the property; else the first of these sets, null when
+    /// there is none.
+    Place Own(uint64_t element, uint32_t set, uint32_t property);
+    /// What makes of the set what the element has when it overrides some of it.
+    std::vector<Member> Overrides(uint64_t element, Set& set);
     /// The property in that set of the element, else of its type; 0 when neither has it.
     uint64_t Find(uint64_t element, uint32_t set, uint32_t property);
-    /// The property in the set; 0 when it has none of that name.
-    uint64_t FindIn(Set& set, uint32_t property);
 
   private:
     using Sets = std::unordered_map<uint64_t, std::vector<uint32_t>>;
@@ -52,11 +65,15 @@ class PropertySets {
     Names& names;
     std::vector<Set> sets;
     std::unordered_map<uint64_t, uint32_t> placesOfSets;
-    Sets own, ofTypes;  // places of sets by element and by type
+    Sets own, ofTypes, overrides;  // places of sets by element, by type and by element
     std::unordered_map<uint64_t, uint64_t> types;
 
     void ReadRelations();
+    void AddOverrides(const step::Record& relation, Set& overridden);
     void ReadTypes();
+    uint64_t FindIn(Set& set, uint32_t property);
+    uint64_t FindFor(uint64_t element, Set& set, uint32_t property);
+    const std::vector<Property>& PropertiesOf(Set& set);
     uint64_t FindAmong(const Sets& owners, uint64_t owner, uint32_t set, uint32_t property);
 };
 

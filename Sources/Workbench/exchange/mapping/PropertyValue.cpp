@@ -34,11 +34,11 @@ std::string List(const Texts& texts) {
     return list + ')';
 }
 
-/// "TYPE('name',$,a,b)".
-std::string Property(std::string_view type, std::string_view name,
+/// "TYPE('name',description,a,b)".
+std::string Property(std::string_view type, std::string_view name, const PropertyValue& value,
                      std::initializer_list<std::string_view> rest) {
     std::string text(type);
-    text.append("(").append(name).append(",$");
+    text.append("(").append(name).append(",").append(value.description);
     for (const std::string_view argument : rest)
         text.append(",").append(argument);
     return text + ')';
@@ -72,8 +72,8 @@ std::optional<std::string> Bounded(const PropertyValue& value, std::string_view 
         if (numbers->size() == 1) setPoint = upper;
     }
     const std::string_view unit = UnitFor(value.unit, number);
-    if (form.isOld) return Property("IFCPROPERTYBOUNDEDVALUE", name, {upper, lower, unit});
-    return Property("IFCPROPERTYBOUNDEDVALUE", name, {upper, lower, unit, setPoint});
+    if (form.isOld) return Property("IFCPROPERTYBOUNDEDVALUE", name, value, {upper, lower, unit});
+    return Property("IFCPROPERTYBOUNDEDVALUE", name, value, {upper, lower, unit, setPoint});
 }
 
 std::optional<std::string> Table(const PropertyValue& value, std::string_view name,
@@ -83,10 +83,10 @@ std::optional<std::string> Table(const PropertyValue& value, std::string_view na
     Texts defining(value.defining.begin(), value.defining.end());
     for (size_t row = 1; value.shape != PropertyValue::Shape::table && row <= defined->size(); ++row)
         defining.push_back("IFCINTEGER(" + std::to_string(row) + ')');
-    std::string text = Property(
-        "IFCPROPERTYTABLEVALUE", name,
-        {List(defining), List(*defined), "$", value.definingUnit, UnitFor(value.unit, defined->front())});
-    if (!form.isOld) text.insert(text.size() - 1, ",$");
+    std::string text = Property("IFCPROPERTYTABLEVALUE", name, value,
+                                {List(defining), List(*defined), value.expression, value.definingUnit,
+                                 UnitFor(value.unit, defined->front())});
+    if (!form.isOld) text.insert(text.size() - 1, "," + std::string(value.interpolation));
     return text;
 }
 
@@ -96,6 +96,7 @@ std::optional<PropertyValue> ReadPropertyValue(std::string_view type, std::strin
     std::vector<std::string_view> arguments = step::Arguments(text);
     arguments.resize(std::max<size_t>(arguments.size(), 8), "$");
     PropertyValue value;
+    value.description = arguments[1];
     if (type == "IFCPROPERTYSINGLEVALUE") {
         if (!step::IsUnset(arguments[2])) value.values = {arguments[2]};
         value.unit = arguments[3];
@@ -118,8 +119,10 @@ std::optional<PropertyValue> ReadPropertyValue(std::string_view type, std::strin
         value.shape = PropertyValue::Shape::table;
         value.defining = Listed(arguments[2]);
         value.values = Listed(arguments[3]);
+        value.expression = arguments[4];
         value.definingUnit = arguments[5];
         value.unit = arguments[6];
+        value.interpolation = arguments[7];
         if (value.defining.size() != value.values.size()) return std::nullopt;
     }
     if (value.values.empty()) return std::nullopt;
@@ -147,15 +150,15 @@ std::optional<std::string> WritePropertyValue(const PropertyValue& value, std::s
     const std::string_view unit = UnitFor(value.unit, texts->front());
     switch (form.kind) {
         case PropertyKind::list:
-            return Property("IFCPROPERTYLISTVALUE", encodedName, {List(*texts), unit});
+            return Property("IFCPROPERTYLISTVALUE", encodedName, value, {List(*texts), unit});
         case PropertyKind::enumerated: {
             const bool isUnchanged = std::ranges::equal(*texts, values);
-            return Property("IFCPROPERTYENUMERATEDVALUE", encodedName,
+            return Property("IFCPROPERTYENUMERATEDVALUE", encodedName, value,
                             {List(*texts), isUnchanged ? value.enumeration : "$"});
         }
         default:
             if (texts->size() != 1) return std::nullopt;
-            return Property("IFCPROPERTYSINGLEVALUE", encodedName, {texts->front(), unit});
+            return Property("IFCPROPERTYSINGLEVALUE", encodedName, value, {texts->front(), unit});
     }
 }
 

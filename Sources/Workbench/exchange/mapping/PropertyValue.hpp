@@ -19,6 +19,8 @@ struct PropertyValue {
     std::string_view upper = "$", lower = "$", setPoint = "$";
     std::string_view unit = "$", definingUnit = "$";
     std::string_view enumeration = "$";
+    std::string_view expression = "$", interpolation = "$";  // of a table
+    std::string_view description = "$";
 };
 
 /// Of a record of one of the five kinds. Nothing for others, and for a property without a value.
@@ -31,9 +33,9 @@ struct PropertyForm {
     bool isOld = false;  // IFC2x3 writes some kinds with an attribute less
 };
 
-/// "IFCPROPERTYSINGLEVALUE('name',$,...)" for the value; the name is encoded already. A value becomes a list
-/// of one and back, a list of numbers the bounds around them or a table that counts them. Nothing when the
-/// value does not fit.
+/// "IFCPROPERTYSINGLEVALUE('name',description,...)" for the value; the name is encoded already. A value
+/// becomes a list of one and back, a list of numbers the bounds around them or a table that counts them.
+/// Nothing when the value does not fit.
 std::optional<std::string> WritePropertyValue(const PropertyValue& value, std::string_view encodedName,
                                               const PropertyForm& form);
 

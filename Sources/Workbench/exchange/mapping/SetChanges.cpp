@@ -103,7 +103,7 @@ void SetChanges::Extend(const std::vector<const Group*>& groupsOfSet) {
             leaving.emplace(element, at);
     }
     const bool isOthersToo =
-        set.isOfType || std::ranges::any_of(set.relations, [&](uint64_t relation) {
+        set.isFixed || std::ranges::any_of(set.relations, [&](uint64_t relation) {
             const std::vector<uint64_t> members =
                 step::References(step::Argument(Text(relation), membersAttribute));
             return !std::ranges::all_of(members, [&](uint64_t member) { return leaving.contains(member); });

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Workbench/exchange/Merge.hpp"
+#include "Workbench/exchange/UsedGlobalIds.hpp"
 #include "Workbench/exchange/mapping/NewRecords.hpp"
 #include "Workbench/exchange/mapping/PropertySets.hpp"
 #include "Workbench/step/Writer.hpp"
@@ -18,10 +18,7 @@ class SetChanges {
   public:
     explicit SetChanges(const step::Document& document);
 
-    struct Member {
-        uint64_t replaced = 0;  // property of the set; 0: none
-        uint64_t property = 0;
-    };
+    using Member = PropertySets::Member;
 
     /// The id of a new record "IFCPROPERTYSINGLEVALUE(...)", the same for the same text.
     uint64_t Property(std::string_view text) { return added.AddOnce(text); }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Workbench/exchange/Merge.hpp"
+#include "Workbench/exchange/UsedGlobalIds.hpp"
 #include "Workbench/exchange/merge/Draft.hpp"
 #include "Workbench/exchange/merge/ModelUnits.hpp"
 #include "Workbench/exchange/merge/Places.hpp"

@@ -26,12 +26,12 @@ struct TargetSet {
 };
 
 /// What the classes of a document get from a mapping.
-class Plan {
+class MappingTargets {
   public:
-    Plan(const step::Document& document, std::span<const MappedSet> mapping, Names& names);
+    MappingTargets(const step::Document& document, std::span<const MappedSet> mapping, Names& names);
 
     /// No two of them have the same name. The type is Record::type.
-    std::span<const TargetSet> TargetsOf(uint32_t type) const { return byType[type]; }
+    std::span<const TargetSet> Of(uint32_t type) const { return byType[type]; }
 
   private:
     std::vector<std::vector<TargetSet>> byType;

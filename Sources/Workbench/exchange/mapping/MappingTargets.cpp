@@ -1,31 +1,31 @@
-#include "Workbench/exchange/mapping/Plan.hpp"
+#include "Workbench/exchange/mapping/MappingTargets.hpp"
 
 #include <algorithm>
 #include <unordered_map>
 
+#include "Workbench/exchange/mapping/Words.hpp"
 #include "Workbench/project/ClassTree.hpp"
-#include "Workbench/step/Lexer.hpp"
 #include "Workbench/step/Text.hpp"
 
 namespace workbench {
 namespace {
 
-std::string Upper(std::string text) {
-    std::ranges::transform(text, text.begin(), step::ToUpper);
-    return text;
+bool IsNamed(const MappedProperty& property) {
+    return !property.group.empty() && !property.property.empty() && !property.name.empty();
 }
 
 /// Entries that name the same set, made one.
-class Targets {
+class TargetSets {
   public:
-    Targets(std::string_view schema, Names& names) : schema(schema), names(names) {}
+    TargetSets(std::string_view schema, Names& names) : schema(schema), names(names) {}
 
     void Add(const MappedSet& set) {
         const uint32_t name = names.Of(set.name);
         const auto [place, isNew] = places.try_emplace(name, targets.size());
         if (isNew)
             targets.push_back({.name = name, .encodedName = step::EncodeText(set.name), .properties = {}});
-        for (const MappedProperty& property : set.properties)
+        for (const MappedProperty& property : set.properties) {
+            if (!IsNamed(property)) continue;
             targets[place->second].properties.push_back({.group = names.Of(property.group),
                                                          .property = names.Of(property.property),
                                                          .name = names.Of(property.name),
@@ -33,6 +33,7 @@ class Targets {
                                                          .form = {.kind = property.kind,
                                                                   .type = DataType(property.dataType, schema),
                                                                   .isOld = schema.starts_with("IFC2")}});
+        }
     }
 
     std::vector<TargetSet> Take() {
@@ -55,10 +56,12 @@ class Targets {
 
 }  // namespace
 
-Plan::Plan(const step::Document& document, std::span<const MappedSet> mapping, Names& names) {
+MappingTargets::MappingTargets(const step::Document& document, std::span<const MappedSet> mapping,
+                               Names& names) {
     std::unordered_map<std::string, std::vector<size_t>> entries;
-    for (size_t at = 0; at < mapping.size(); ++at)
-        entries[Upper(mapping[at].entityType)].push_back(at);
+    for (size_t at = 0; at < mapping.size(); ++at) {
+        if (!mapping[at].name.empty()) entries[WordOf(mapping[at].entityType)].push_back(at);
+    }
     const std::vector<std::string>& schemas = document.FileHeader().schemas;
     const std::string schema = schemas.empty() ? std::string() : schemas.front();
 
@@ -69,7 +72,7 @@ Plan::Plan(const step::Document& document, std::span<const MappedSet> mapping, N
             if (found != entries.end()) meant.insert(meant.end(), found->second.begin(), found->second.end());
         }
         std::ranges::sort(meant);
-        Targets targets(schema, names);
+        TargetSets targets(schema, names);
         for (const size_t at : meant)
             targets.Add(mapping[at]);
         byType.push_back(targets.Take());
