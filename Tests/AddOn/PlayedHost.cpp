@@ -6,6 +6,7 @@
 
 #include "HostKit/API/CommandParameters.hpp"
 #include "HostKit/API/IfcGuid.hpp"
+#include "HostKit/API/PropertyMappingCommands.hpp"
 #include "HostKit/GSRoot/Text.hpp"
 
 namespace tests {
@@ -48,15 +49,18 @@ GSErrCode PlayedHost::Save(const API_FileSavePars& pars, const void* formatRecor
 
 GSErrCode PlayedHost::CallCommand(const hostkit::CommandCall& call,
                                   const hostkit::CommandParameters& parameters, GSPtr result) {
-    if (call.module.developerID != 1198731108 || call.module.localID != 1322668197)
+    if (call.module.developerID != 1198731108 ||
+        (call.module.localID != 1322668197 && call.module.localID != hostkit::mapping::addOn.localID))
         return APIERR_MODULNOTINSTALLED;
     if (call.version != 1) return APIERR_MODULCMDVERSNOTSUPPORTED;
     std::string words = call.silent ? "" : "loud ";
     for (int shift = 24; shift >= 0; shift -= 8)
         words += static_cast<char>(call.command >> shift);
-    for (const char* name : {"Mode", "FileName", "ConfigFile"})
+    for (const char* name : {"Mode", "FileName", "ConfigFile", "presetType", "presetName"})
         if (const auto* text = parameters.FindText(name)) words += " " + std::string(name) + "=" + *text;
     commands.push_back(words);
+    if (const auto* text = static_cast<const GS::UniString*>(parameters.FindPointer("newMappings")))
+        mappings = ToText(*text);
     if (result != nullptr) {
         *reinterpret_cast<IO::Location*>(result) = dwgConfiguration;
     } else if (const auto* url = parameters.FindText("FileName")) {

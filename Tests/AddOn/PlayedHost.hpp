@@ -62,6 +62,7 @@ class PlayedHost : public hostkit::Host {
     IO::Location dwgConfiguration = IO::Location("/Configurations/Plan ä.xml");
     std::vector<std::string> saved;     // what was asked for, in words; it then holds this text
     std::vector<std::string> commands;  // with their parameters
+    std::string mappings;               // of the last command that had some
     std::vector<std::string> calls;
 
     GSErrCode ApplicationInfo(API_ServerApplicationInfo& info) override;

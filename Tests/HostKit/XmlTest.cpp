@@ -6,23 +6,22 @@
 
 namespace {
 
-std::string Nested(int depth) {
+std::string Times(std::string_view part, int count) {
     std::string text;
-    for (int i = 0; i < depth; ++i)
-        text += "<a>";
-    for (int i = 0; i < depth; ++i)
-        text += "</a>";
+    for (int i = 0; i < count; ++i)
+        text += part;
     return text;
+}
+
+std::string Nested(int depth) {
+    return Times("<a>", depth) + Times("</a>", depth);
 }
 
 std::string Laughs() {
     std::string text = "<!DOCTYPE Root [<!ENTITY l0 \"ha\">";
     for (int i = 1; i < 10; ++i) {
-        const std::string inner = "&l" + std::to_string(i - 1) + ";";
-        text += "<!ENTITY l" + std::to_string(i) + " \"";
-        for (int k = 0; k < 10; ++k)
-            text += inner;
-        text += "\">";
+        text +=
+            "<!ENTITY l" + std::to_string(i) + " \"" + Times("&l" + std::to_string(i - 1) + ";", 10) + "\">";
     }
     return text + "]><Root>&l9;</Root>";
 }
@@ -47,6 +46,9 @@ TEST(DOMReaderTest, ReadsWhatIsWellFormedAndNothingElse) {
     std::ofstream(secret) << "secret";
     const std::string external = "<!DOCTYPE Root [<!ENTITY x SYSTEM \"file://" + secret + "\">]>";
     const std::string longEntity(70000, 'x');
+    std::string attributes;
+    for (int i = 0; i < 1001; ++i)
+        attributes += " a" + std::to_string(i) + "=''";
     const std::pair<std::string, const char*> cases[] = {
         {"<Root>Höhe</Root>", "Höhe"},
         {"\xEF\xBB\xBF<?xml version='1.0'?><!-- c --><Root>b</Root>", "b"},
@@ -58,11 +60,15 @@ TEST(DOMReaderTest, ReadsWhatIsWellFormedAndNothingElse) {
         {"<Root>" + Nested(199) + "</Root>", ""},
         {"<root/>", "no root"},
         {"<Root>" + Nested(200) + "</Root>", "error: The elements nest"},
+        {"<Root>" + Times("<a b=''/><?c?>", 666'666) + "</Root>", ""},
+        {"<Root>" + Times("<!----><?a?><![CDATA[]]>", 666'667) + "</Root>", "error: The file has too many"},
+        {"<Root" + attributes + "/>", "error: An element has too"},
         {external + "<Root>&x;</Root>", "error: The file refers to another one"},
         {external + "<Root a='&x;'/>", "error: Line 1"},
         {Laughs(), "error: "},
         {"<!DOCTYPE Root [<!ENTITY x \"" + longEntity + "\">]><Root>&x;</Root>",
          "error: The entity x is too"},
+        {"<!DOCTYPE Root [<!ATTLIST a b CDATA '" + longEntity + "'>]><Root/>", "error: The default of"},
         {"", "error: "},
         {"key = value", "error: Line 1"},
         {"{\"Root\": 1}", "error: Line 1"},

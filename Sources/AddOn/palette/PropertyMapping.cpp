@@ -11,7 +11,9 @@ const xercesc::DOMElement* NextBelow(const xercesc::DOMElement& root, const xerc
     if (const xercesc::DOMElement* child = element->getFirstElementChild()) return child;
     while (element != &root) {
         if (const xercesc::DOMElement* next = element->getNextElementSibling()) return next;
-        element = static_cast<const xercesc::DOMElement*>(element->getParentNode());
+        const xercesc::DOMNode* parent = element->getParentNode();
+        if (parent == nullptr || parent->getNodeType() != xercesc::DOMNode::ELEMENT_NODE) return nullptr;
+        element = static_cast<const xercesc::DOMElement*>(parent);
     }
     return nullptr;
 }

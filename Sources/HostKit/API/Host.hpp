@@ -108,6 +108,9 @@ class Host {
     // The record comes zeroed, the array empty.
     virtual GSErrCode Selection(API_SelectionInfo&, GS::Array<API_Neig>&) { return APIERR_BADID; }
 
+    // What the page has called is done, whatever came of it. Must not throw.
+    virtual void PageCallEnded() {}
+
     // An item's new flags, for the menu bar.
     virtual void MenuItemFlagsChanged(short /* menuStrings */, Int32 /* item */, GSFlags) {}
 };

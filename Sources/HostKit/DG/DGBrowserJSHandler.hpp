@@ -63,8 +63,8 @@ class JSFunction : public JSBase {
 
     const GS::UniString& GetName() const { return name; }
 
-    // Exceptions of the body pass through.
-    GS::Ref<JSBase> Call(const GS::Ref<JSBase>& argument) const { return body(argument); }
+    // Exceptions of the body pass through. Afterwards the host is told that the page's call is over.
+    GS::Ref<JSBase> Call(const GS::Ref<JSBase>& argument) const;
 
   private:
     GS::UniString name;

@@ -6,9 +6,13 @@
 #include <xercesc/sax/ErrorHandler.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLEntityResolver.hpp>
+#include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/DTD/DTDAttDef.hpp>
 #include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include "HostKit/GSRoot/Text.hpp"
@@ -19,8 +23,11 @@ namespace {
 
 constexpr std::uintmax_t maxBytes = 64 << 20;
 constexpr XMLSize_t maxEntityLength = 65536;
+constexpr XMLSize_t maxDefaultLength = 100;  // of an attribute, which each element then has
 constexpr XMLSize_t maxExpansions = 100;
 constexpr int maxDepth = 200;
+constexpr XMLSize_t maxNodes = 2'000'000;
+constexpr XMLSize_t maxAttributes = 1000;  // of an element: the library takes their square in time
 
 static_assert(std::is_same_v<XMLCh, GS::uchar_t>, "both are UTF-16 units");
 
@@ -28,10 +35,21 @@ std::string TextOf(const XMLCh* text) {
     return text == nullptr ? std::string() : hostkit::Utf8(text);
 }
 
-// The library stays initialised: documents of other readers may still live.
-void InitializeLibrary() {
-    static const bool once = (xercesc::XMLPlatformUtils::Initialize(), true);
-    static_cast<void>(once);
+// The library's own ends the process.
+class ThrowingPanic : public xercesc::PanicHandler {
+  public:
+    void panic(const PanicReasons reason) override { throw Exception(getPanicReasonString(reason)); }
+};
+
+// It has one try only, even when that fails. It stays initialised: documents of other readers may still live.
+bool InitializeLibrary() {
+    static ThrowingPanic panic;
+    try {
+        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, &panic);
+        return true;
+    } catch (...) {
+        return false;
+    }
 }
 
 std::string ReadFile(const IO::Location& location) {
@@ -92,6 +110,8 @@ class DOMReader::Parser : public xercesc::XercesDOMParser {
                       const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes, const XMLSize_t count,
                       const bool isEmpty, const bool isRoot) override {
         if (++depth > maxDepth) throw Exception("The elements nest too deep.");
+        if (count > maxAttributes) throw Exception("An element has too many attributes.");
+        Count(1 + count);
         XercesDOMParser::startElement(declaration, uri, prefix, attributes, count, isEmpty, isRoot);
     }
 
@@ -101,6 +121,21 @@ class DOMReader::Parser : public xercesc::XercesDOMParser {
         XercesDOMParser::endElement(declaration, uri, isRoot, prefix);
     }
 
+    void docComment(const XMLCh* const comment) override {
+        Count(1);
+        XercesDOMParser::docComment(comment);
+    }
+
+    void docPI(const XMLCh* const target, const XMLCh* const data) override {
+        Count(1);
+        XercesDOMParser::docPI(target, data);
+    }
+
+    void docCharacters(const XMLCh* const text, const XMLSize_t length, const bool isSection) override {
+        if (isSection) Count(1);
+        XercesDOMParser::docCharacters(text, length, isSection);
+    }
+
     void entityDecl(const xercesc::DTDEntityDecl& entity, const bool isParameter,
                     const bool isIgnored) override {
         if (entity.getValueLen() > maxEntityLength)
@@ -108,20 +143,35 @@ class DOMReader::Parser : public xercesc::XercesDOMParser {
         XercesDOMParser::entityDecl(entity, isParameter, isIgnored);
     }
 
+    void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
+                const bool isIgnored) override {
+        if (xercesc::XMLString::stringLen(attribute.getValue()) > maxDefaultLength)
+            throw Exception("The default of the attribute " + TextOf(attribute.getFullName()) +
+                            " is too long.");
+        XercesDOMParser::attDef(element, attribute, isIgnored);
+    }
+
   private:
+    void Count(XMLSize_t added) {
+        nodes += added;
+        if (nodes > maxNodes) throw Exception("The file has too many elements and attributes.");
+    }
+
     xercesc::SecurityManager security;
     ThrowingHandler handler;
     RefusingResolver resolver;
     int depth = 0;
+    XMLSize_t nodes = 0;
 };
 
 DOMReader::DOMReader(const IO::Location& file, const GS::UniString& rootName) {
-    InitializeLibrary();
+    static const bool isUsable = InitializeLibrary();
+    if (!isUsable) throw Exception("XML files cannot be read: the library for them does not start.");
     const std::string content = ReadFile(file);
-    const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(content.data()), content.size(),
-                                            u"file");
-    parser = std::make_unique<Parser>();
     try {
+        const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(content.data()),
+                                                content.size(), u"file");
+        parser = std::make_unique<Parser>();
         parser->parse(source);
     } catch (const xercesc::XMLException& exception) {
         throw Exception("Line " + std::to_string(exception.getSrcLine()) + ": " +

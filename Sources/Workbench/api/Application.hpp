@@ -105,8 +105,6 @@ class Application {
     /// Saves the whole model, or only `elements`, with the property sets of the mapping; tells nobody.
     SaveResult Write(const std::filesystem::path& file, const GS::Array<API_Guid>* elements,
                      std::span<const MappedSet> mapping = {});
-    /// Does it when the add-on's call is over.
-    void AtEndOfCall(std::function<void()> work) { queue.Post(std::move(work)); }
 
     const Project& OpenProject() const { return *project; }
     /// What it offers for publishing, until it is replaced or edited.

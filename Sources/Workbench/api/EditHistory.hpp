@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Workbench/exchange/Merge.hpp"
+#include "Workbench/exchange/UsedGlobalIds.hpp"
 #include "Workbench/project/Project.hpp"
 
 namespace workbench {

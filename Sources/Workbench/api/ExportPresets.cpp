@@ -1,5 +1,6 @@
 #include "Workbench/api/ExportPresets.hpp"
 
+#include <algorithm>
 #include <iterator>
 #include <nlohmann/json.hpp>
 

@@ -12,14 +12,14 @@
 namespace workbench {
 
 /// The presets of the host's add-on for IFC, by their names, as HostKit/API/PropertyMappingCommands.hpp
-/// describes them. The one made last applies until the add-on's call is over.
+/// describes them. The one made last applies until a file is saved with it, or the page's call is over.
 class ExportPresets {
   public:
     GSErrCode Call(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters);
 
     /// What applies now; empty for nothing.
     std::span<const MappedSet> Applying() const;
-    void EndCall() { applying.clear(); }
+    void Unapply() { applying.clear(); }
 
   private:
     GSErrCode Create(const hostkit::CommandParameters& parameters);

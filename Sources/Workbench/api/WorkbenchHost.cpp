@@ -81,7 +81,7 @@ GSErrCode WorkbenchHost::CallCommand(const hostkit::CommandCall& call,
         return module.developerID == addOn.developerID && module.localID == addOn.localID;
     };
     if (isFor(dxfDwgAddOn)) return CallDxfDwg(call, parameters, result);
-    if (isFor(hostkit::mapping::addOn)) return CallMapping(call, parameters);
+    if (isFor(hostkit::mapping::addOn)) return presets.Call(call, parameters);
     return APIERR_MODULNOTINSTALLED;
 }
 
@@ -122,6 +122,13 @@ GSErrCode WorkbenchHost::SaveAsIfc(const std::filesystem::path& file, const API_
         default:
             return APIERR_REFUSEDPAR;
     }
+}
+
+SaveResult WorkbenchHost::WriteMapped(const std::filesystem::path& file,
+                                      const GS::Array<API_Guid>* elements) {
+    SaveResult result = application.Write(file, elements, presets.Applying());
+    presets.Unapply();
+    return result;
 }
 
 GSErrCode WorkbenchHost::ExportTranslators(GS::Array<API_IFCTranslatorIdentifier>& translators) {

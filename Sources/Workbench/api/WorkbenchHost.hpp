@@ -67,6 +67,7 @@ class WorkbenchHost : public hostkit::Host {
     GSErrCode ChangeWindow(const API_WindowInfo& window) override;
     GSErrCode CurrentWindow(API_WindowInfo& window) override;
 
+    void PageCallEnded() override { presets.Unapply(); }
     void MenuItemFlagsChanged(short menuStrings, Int32 item, GSFlags flags) override;
 
   private:
@@ -87,7 +88,6 @@ class WorkbenchHost : public hostkit::Host {
 
     GSErrCode CallDxfDwg(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters,
                          GSPtr result);
-    GSErrCode CallMapping(const hostkit::CommandCall& call, const hostkit::CommandParameters& parameters);
     /// With the preset that applies, which then does not apply any more.
     SaveResult WriteMapped(const std::filesystem::path& file, const GS::Array<API_Guid>* elements);
 

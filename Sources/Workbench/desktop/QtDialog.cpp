@@ -88,7 +88,8 @@ QWidget* QtDialog::MakeItem(const hostkit::DialogItem& item, short number) {
         made = button;
     } else if (item.kind == "TextEdit") {
         auto* field = new QLineEdit(ToQString(item.text));
-        if (!item.options.empty()) field->setMaxLength(QString::fromStdString(item.options.back()).toInt());
+        const int length = item.options.empty() ? 0 : QString::fromStdString(item.options.back()).toInt();
+        if (length > 0) field->setMaxLength(length);
         made = field;
     } else if (item.kind == "SingleSelList") {
         auto* list = new QTreeWidget;

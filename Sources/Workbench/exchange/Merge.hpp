@@ -6,7 +6,6 @@
 #include <span>
 #include <string>
 
-#include "Workbench/exchange/UsedGlobalIds.hpp"
 #include "Workbench/project/Project.hpp"
 #include "Workbench/step/Progress.hpp"
 

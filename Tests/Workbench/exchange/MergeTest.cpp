@@ -9,6 +9,7 @@
 #include "Workbench/exchange/Exchange.hpp"
 #include "Workbench/exchange/Merge.hpp"
 #include "Workbench/exchange/Readers.hpp"
+#include "Workbench/exchange/UsedGlobalIds.hpp"
 #include "Workbench/mesher/MesherProcess.hpp"
 #include "Workbench/step/Arguments.hpp"
 #include "Workbench/step/StepTexts.hpp"
