@@ -11,7 +11,8 @@ inline constexpr API_ModulID addOn = {1198731108, 1};
 inline constexpr Int32 version = 1;
 
 // Makes an empty preset, in place of one of the same name. It applies to the next IFC file that the add-on
-// saves, if it does so before the page's call is over. Texts: "presetType", which must be the one below, and "presetName".
+// saves, if it does so before the page's call is over. Texts: "presetType", which must be the one below, and
+// "presetName".
 inline constexpr auto createPreset = static_cast<GSType>(FourCharacters("CRPS"));
 inline constexpr auto presetType = "PropertyMappingExportPreset";
 
