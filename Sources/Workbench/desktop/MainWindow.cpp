@@ -247,7 +247,7 @@ void MainWindow::PropertiesMapped(const MappingCounts& counts) {
             QString(say(", %1 left out: they do not fit the data type or kind of property",
                         ", %1 ausgelassen: sie passen nicht zum Datentyp oder zur Art der Eigenschaft"))
                 .arg(counts.leftOut);
-    statusBar()->showMessage(message, 20000);
+    statusBar()->showMessage(message, 8000);
 }
 
 bool MainWindow::Working(const std::string& what, double fraction) {
