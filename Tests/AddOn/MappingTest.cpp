@@ -162,8 +162,10 @@ class MappedExportTest : public AddOnTest {
 std::string Added(const std::string& before, const std::string& after) {
     std::istringstream lines(after);
     std::string added;
-    for (std::string line; std::getline(lines, line);)
-        if (("\n" + before).find("\n" + line + "\n") == std::string::npos) added += line + "\n";
+    for (std::string line; std::getline(lines, line);) {
+        line += '\n';
+        if (before.find(line) == std::string::npos) added += line;
+    }
     return added;
 }
 
