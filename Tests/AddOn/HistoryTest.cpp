@@ -146,7 +146,7 @@ TEST_F(HistoryTest, DamagedPublishHistoriesChangeNothing) {
                                {stored("no JSON").dump(), ""},
                                {stored("{}").dump(), "Bad cast."},
                                {stored("[5]").dump(), "Bad cast."}});
-    for (const auto& [items, answer] : SpoilEach({Item("K")}, "/0"))
+    for (const auto& [items, answer] : SpoilEach(Json::array({Item("K")}), "/0"))
         files.emplace_back(stored(items).dump(), answer);
     for (const auto& [content, answer] : files) {
         std::ofstream(PublishFile("P1")) << content;

@@ -55,7 +55,7 @@ class MappingTest : public PlayedHostTest {
     std::string Given() {
         host.commands.clear();
         Call("ExportIFCModel", Text(R"({"useMapFile": true})"));
-        if (host.commands.empty()) return {};
+        if (host.commands.empty()) return "no command";
         const std::string name = " presetName=Kestrane Ifc Property Mapping Export Preset Name";
         EXPECT_THAT(host.commands,
                     ElementsAre("CRPS presetType=PropertyMappingExportPreset" + name, "ADPM" + name));
@@ -127,7 +127,7 @@ TEST_F(MappingTest, WhatIsNoMappingFileLeavesTheMapping) {
     EXPECT_EQ(Given(), "IfcWall Pset: Gruppe/A > IfcA 0 IfcLabel\n");
     EXPECT_THAT(driver.Alerts(), testing::IsEmpty());
     EXPECT_NE(Choose(Mapping("")), "");
-    EXPECT_EQ(Given(), "") << "a mapping without entries takes the place of the former one";
+    EXPECT_EQ(Given(), "no command") << "a mapping without entries takes the place of the former one";
 }
 
 TEST_F(MappingTest, AHundredThousandEntriesReachTheHost) {
@@ -138,7 +138,7 @@ TEST_F(MappingTest, AHundredThousandEntriesReachTheHost) {
         content += Property(name, single, "IFCEntityType='IfcWall' PropertySetName='Pset" + name + "'");
         expected += "IfcWall Pset" + name + ": Gruppe/" + name + " > Ifc" + name + " 0 IfcLabel\n";
     }
-    EXPECT_EQ(Given(), "") << "nothing was read yet";
+    EXPECT_EQ(Given(), "no command") << "nothing was read yet";
     ASSERT_NE(Choose(Mapping(content)), "");
     EXPECT_TRUE(Given() == expected) << host.mappings.substr(0, 300);
 }
