@@ -132,15 +132,15 @@ TEST_F(MappingTest, WhatIsNoMappingFileLeavesTheMapping) {
 
 TEST_F(MappingTest, AHundredThousandEntriesReachTheHost) {
     std::string content;
-    std::string expected;
+    std::ostringstream expected;
     for (int i = 0; i < 100000; ++i) {
         const std::string name = std::to_string(i);
         content += Property(name, single, "IFCEntityType='IfcWall' PropertySetName='Pset" + name + "'");
-        expected += "IfcWall Pset" + name + ": Gruppe/" + name + " > Ifc" + name + " 0 IfcLabel\n";
+        expected << "IfcWall Pset" << i << ": Gruppe/" << i << " > Ifc" << i << " 0 IfcLabel\n";
     }
     EXPECT_EQ(Given(), "no command") << "nothing was read yet";
     ASSERT_NE(Choose(Mapping(content)), "");
-    EXPECT_TRUE(Given() == expected) << host.mappings.substr(0, 300);
+    EXPECT_TRUE(Given() == expected.str()) << host.mappings.substr(0, 300);
 }
 
 // The add-on in the Workbench.

@@ -50,27 +50,25 @@ TEST(PropertyNameWindowTest, InItsWindow) {
         workbench::MainQueue queue;
         workbench::QtDriver driver(queue);
         hostkit::Host host;
-        const hostkit::Session session(
-            host, driver,
-            hostkit::Resources::Load(std::filesystem::path(KESTRANE_SHARE) / "resources", language));
+        const auto resources = std::filesystem::path(KESTRANE_SHARE) / "resources";
+        const hostkit::Session session(host, driver, hostkit::Resources::Load(resources, language));
         for (const bool accepts : {true, false}) {
             QStringList seen;
-            const auto closeAlert = [&seen] {
-                auto& alert = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
-                seen << alert.text() << alert.buttons().at(0)->text();
-                alert.accept();
-            };
             QTimer::singleShot(0, [&] {
                 auto* window = QApplication::activeModalWidget();
                 seen << window->windowTitle();
                 for (const auto* button : window->findChildren<QPushButton*>())
                     seen << button->text();
-                QTimer::singleShot(0, closeAlert);
                 Type("Höhe", Qt::Key_Return);
                 EXPECT_TRUE(window->isVisible());
                 Type(QString(300, 'x').toUtf8(), Qt::Key_Shift);
                 EXPECT_EQ(window->findChild<QLineEdit*>()->text().size(), 255);
                 Type(" Höhe", accepts ? Qt::Key_Return : Qt::Key_Escape);
+            });
+            QTimer::singleShot(0, [&] {
+                auto& alert = dynamic_cast<QMessageBox&>(*QApplication::activeModalWidget());
+                seen << alert.text() << alert.buttons().at(0)->text();
+                alert.accept();
             });
             PropertyNameDialog dialog({"Höhe"});
             EXPECT_EQ(dialog.Invoke(), accepts);
